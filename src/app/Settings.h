@@ -1,0 +1,45 @@
+// The settings of Gandrel, with their built-in defaults.
+//
+// modGandrel owns them: it loads them from gandrel.ini at start-up and writes
+// them back. The engine reads a few (DieType, LongResults) and a script can
+// change them (DIE changes DieType for good).
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace gandrel {
+
+struct FontSetting {
+  std::string Name = "MS Sans Serif";
+  float Size = 8.25f;
+  bool Bold = false;
+  bool Italic = false;
+};
+
+enum FontIndex { kResultsFont = 0, kScriptFont = 1, kOutputFont = 2 };
+
+struct AppSettings {
+  // The default die inserted for a bare "d": a size ("6") or a die name ("d10").
+  std::string DieType = "6";
+  bool LongResults = true;
+  bool AddDice = true;
+  bool NewFirst = false;
+  int16_t KeepNum = 10;
+  bool KeepAlways = false;
+  int16_t MarginIncrement = 4;
+  bool OnTop = false;
+  bool SeeAll = false;
+  FontSetting Fonts[3] = {
+      {"MS Sans Serif", 8.25f, false, false},
+      {"MS Sans Serif", 8.25f, true, false},
+      {"MS Sans Serif", 12.0f, false, false},
+  };
+};
+
+extern AppSettings settings;
+
+// Puts every setting back to its built-in default.
+void ResetSettings();
+
+}  // namespace gandrel

@@ -1,0 +1,67 @@
+#include "calc/Pump.h"
+
+#include <chrono>
+#include <cstdint>
+
+#include "calc/RuntimeError.h"
+#include "calc/UserInterface.h"
+#include "script/RunFlags.h"
+
+namespace gandrel {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr auto kPumpPeriod = std::chrono::milliseconds(20);
+constexpr auto kCheckTarget = std::chrono::milliseconds(2);
+constexpr uint32_t kMaxStride = 4096;
+
+uint32_t countdown = 1;
+uint32_t stride = 1;
+bool everyCall = false;
+Clock::time_point lastCheck = Clock::now();
+Clock::time_point lastPump = Clock::now();
+
+void CheckClock() {
+  Clock::time_point now = Clock::now();
+  // Aim for a clock read about every 2 ms: calls that come fast get a longer
+  // stride, calls that come slowly a shorter one.
+  if (now - lastCheck < kCheckTarget / 2) {
+    if (stride < kMaxStride) stride *= 2;
+  } else if (now - lastCheck > kCheckTarget * 2 && stride > 1) {
+    stride /= 2;
+  }
+  lastCheck = now;
+  countdown = stride;
+  if (now - lastPump >= kPumpPeriod) {
+    lastPump = now;
+    UI().ProcessEvents();
+  }
+}
+
+}  // namespace
+
+void Yield() {
+  if (everyCall) {
+    PumpNow();
+    return;
+  }
+  if (--countdown == 0) CheckClock();
+}
+
+bool BreakPending() { return runFlags.BreakRequested && runFlags.BreakEnabled; }
+
+void YieldCheckBreak() {
+  Yield();
+  if (BreakPending()) throw BreakSignal{};
+}
+
+void PumpNow() {
+  lastPump = Clock::now();
+  UI().ProcessEvents();
+}
+
+void SetPumpEveryCall(bool on) { everyCall = on; }
+
+}  // namespace gandrel

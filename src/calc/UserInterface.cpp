@@ -1,0 +1,29 @@
+#include "calc/UserInterface.h"
+
+namespace gandrel {
+
+namespace {
+
+class SilentInterface final : public UserInterface {
+ public:
+  MsgAnswer ShowMessage(const std::string&, MsgButtons buttons, MsgIcon,
+                        const std::string&) override {
+    return buttons == MsgButtons::Ok ? MsgAnswer::Ok : MsgAnswer::Cancel;
+  }
+  void ProcessEvents() override {}
+};
+
+SilentInterface silent;
+UserInterface* current = &silent;
+
+}  // namespace
+
+UserInterface& UI() { return *current; }
+
+void SetUI(UserInterface* ui) { current = ui ? ui : &silent; }
+
+void MsgBox(const std::string& text) {
+  UI().ShowMessage(text, MsgButtons::Ok, MsgIcon::None, kAppTitle);
+}
+
+}  // namespace gandrel

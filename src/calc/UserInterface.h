@@ -1,0 +1,43 @@
+// How the engine reaches the user.
+//
+// The engine never talks to a window or a terminal directly: it calls the
+// current UserInterface. The Qt windows implement it, the terminal front end
+// implements it on standard error, and the tests implement it with a recorder.
+// Until a front end installs one, a silent implementation is in force.
+#pragma once
+
+#include <string>
+
+namespace gandrel {
+
+inline constexpr const char* kAppTitle = "Gandrel";
+
+enum class MsgButtons { Ok, YesNoCancel };
+enum class MsgIcon { None, Critical };
+enum class MsgAnswer { Ok, Yes, No, Cancel };
+
+class UserInterface {
+ public:
+  virtual ~UserInterface() = default;
+
+  // A modal message box; texts are plain text, never markup.
+  virtual MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon icon,
+                                const std::string& title) = 0;
+
+  // Lets pending user-interface events run (keys, clicks, repaints).
+  virtual void ProcessEvents() = 0;
+
+  // The busy pointer during a roll or a script run.
+  virtual void SetBusy(bool /*busy*/) {}
+};
+
+// The interface in force; never null.
+UserInterface& UI();
+
+// Installs ui (nullptr restores the silent default). The caller keeps ownership.
+void SetUI(UserInterface* ui);
+
+// The common case: a message with an OK button, no icon, titled "Gandrel".
+void MsgBox(const std::string& text);
+
+}  // namespace gandrel

@@ -1,0 +1,37 @@
+// The random source of the dice.
+//
+// One generator (xoshiro256**) of high statistical quality for the whole
+// program. Rnd() gives doubles uniform in [0, 1) with 53 random bits, never
+// equal to 1, so that a die of any size reaches every face and never more.
+//
+// Randomize() is what "reseed from the clock" means here: it mixes the time
+// into the state and never restarts the sequence, so two reseeds in the same
+// clock tick still give independent rolls. After SeedRandom() the clock is no
+// longer mixed in and every roll is reproducible.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace gandrel {
+
+double Rnd();
+
+// Mixes the clock into the generator's state (does nothing after SeedRandom).
+void Randomize();
+
+// Restarts the generator from seed and stops Randomize() from mixing the clock.
+void SeedRandom(uint64_t seed);
+
+// Goes back to clock reseeding (the state is kept).
+void UnseedRandom();
+
+// Tests: the next Rnd() calls return these values in order, then the
+// generator resumes.
+void ScriptRandom(const std::vector<double>& values);
+
+// Tests: the r that makes a die of the given number of faces show face
+// (1-based): the middle of that face's interval.
+inline double FaceToRnd(double face, double faces) { return (face - 0.5) / faces; }
+
+}  // namespace gandrel

@@ -1,0 +1,103 @@
+// modDiceCalc: die types, dice notation, rolling, long results, the bounds of
+// a dice term and the per-die lists of the script functions.
+//
+// Every procedure edits the strings it is given in place. Failures show up as
+// marker texts: a term or expression that could not be rolled becomes
+// "<error>", an expression the evaluator refused becomes "<calc error>".
+// A break requested by the user while dice are rolled (and breaking is on)
+// ends the roll with BreakSignal; no handler here catches it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace gandrel {
+
+// ---- Die types ----------------------------------------------------------
+
+// A range type: rolls a whole number from Lo to Hi (Lo <= Hi).
+struct RangeType {
+  std::string Name;
+  int32_t Lo = 0;
+  int32_t Hi = 0;
+};
+
+// A list type: rolls one item of Dice, the items as written, separated by ",".
+struct ListType {
+  std::string Name;
+  std::string Dice;
+};
+
+// Both tables are 1-based; element 0 is the sort's scratch slot. Each is kept
+// ordered by the length of its trimmed names, longest first.
+extern std::vector<RangeType> Define;
+extern std::vector<ListType> DefSeq;
+
+// Empties both tables.
+void ClearDieTypes();
+
+// "define name = spec": the first six characters are skipped unseen. A spec
+// with "to" is a range, else one with "," a list, else nothing happens.
+void ParseDefine(std::string& statement);
+void DefineRange(const std::string& spec, const std::string& name);
+void DefineSequence(const std::string& spec, const std::string& name);
+
+// ---- Notation and the calculation entry ----------------------------------
+
+// Gives every "d" that has neither a size nor a defined name the default die.
+void ExpandDice(std::string& expr);
+
+// ExpandDice on the parts of the line outside double quotes.
+void ExpandAllDice(std::string& line);
+
+// Rolls every dice term and puts its total in its place; with long results
+// on, appends each term's detail line to details.
+void GenerateAllDice(std::string& expr, std::string& details);
+
+// Replaces every stretch outside double quotes by its calculated value.
+void CalcOutsideQuotes(std::string& line);
+
+// The calculation entry: reseed, roll, evaluate. On the evaluator's failure
+// expr becomes "<calc error>". With long results on, appends
+// "Calc: " & expr & "=" & value to details.
+double Calc(std::string& expr, std::string& details);
+
+// ---- Rolling one term ----------------------------------------------------
+
+// Rolls a term such as "3d6", "d20", "4dfudge". With long results on, puts
+// "3d6= +4+1+6= 11" CR LF in front of details. On failure shows the message,
+// returns 0 and makes die "<error>".
+double GetDieResult(std::string& die, std::string& details);
+
+// As GetDieResult, and also returns the dice ("+4+1+6") in dice, whatever the
+// long-results setting.
+double LongGetDieResults(std::string& die, std::string& dice, std::string& details);
+
+// Rolls the first dice term of expr with LongGetDieResults; expr is not changed.
+void LongGenDice(const std::string& expr, std::string& dice, std::string& details);
+
+// Called when a roll fails with an error other than an overflow: the place
+// where a failed roll ends a mode of the main window. Does nothing today.
+void OnRollFailed();
+
+// ---- Bounds of a term ----------------------------------------------------
+
+double GetMaxResult(std::string& die);
+double GetMinResult(std::string& die);
+
+// ---- Per-die lists -------------------------------------------------------
+
+// Every "-" becomes "+-".
+void ExpandMinusSigns(std::string& expr);
+
+// Cuts expr at its first dice term into the trimmed texts before, term, after.
+void BreakOutDice(std::string& expr, std::string& before, std::string& term, std::string& after);
+
+// Replaces every dice term by its dice ("2d6+3" becomes "+5+2+3").
+void ReplaceDice(std::string& expr, std::string& details);
+
+// The die part of a term: a defined type's stored name, or the size digits.
+std::string GetDieType(std::string& die);
+
+}  // namespace gandrel

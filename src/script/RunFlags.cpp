@@ -1,0 +1,7 @@
+#include "script/RunFlags.h"
+
+namespace gandrel {
+
+RunFlags runFlags;
+
+}  // namespace gandrel
