@@ -19,6 +19,18 @@ struct FontSetting {
 
 enum FontIndex { kResultsFont = 0, kScriptFont = 1, kOutputFont = 2 };
 
+// Where the main window stands, in pixels; State 0 normal, 1 minimised,
+// 2 maximised. Splitter is the position of the bar between the results and
+// the script editor, from the left edge of the window.
+struct WindowPlacement {
+  int32_t Left = 120;
+  int32_t Top = 80;
+  int32_t Width = 760;
+  int32_t Height = 520;
+  int16_t State = 0;
+  int16_t Splitter = 380;
+};
+
 struct AppSettings {
   // The default die inserted for a bare "d": a size ("6") or a die name ("d10").
   std::string DieType = "6";
@@ -30,6 +42,7 @@ struct AppSettings {
   int16_t MarginIncrement = 4;
   bool OnTop = false;
   bool SeeAll = false;
+  WindowPlacement Main;
   FontSetting Fonts[3] = {
       {"MS Sans Serif", 8.25f, false, false},
       {"MS Sans Serif", 8.25f, true, false},
