@@ -56,6 +56,65 @@ bool SaveSettings();
 
 // The folder of gandrel.ini, gandrel.def and gandrel.dat.
 std::string AppDirectory();
+// Uses folder (made absolute) for all three files; no other gandrel.dat is read.
 void SetAppDirectory(const std::string& folder);
+
+// ---- Where the files live ------------------------------------------------
+
+// The folder of the running program ("" when it cannot be found).
+std::string ExecutableDirectory();
+
+// What the front ends call at start with the executable's folder. The files
+// live in $XDG_CONFIG_HOME/gandrel (default ~/.config/gandrel), made on the
+// first save, unless the executable's folder already holds gandrel.ini or
+// gandrel.def and is writable: then that folder is used (portable use). A
+// gandrel.dat beside the executable is read too. Returns the folder chosen.
+std::string ChooseAppDirectory(const std::string& exeDir);
+
+// The full name of a file of the application's folder.
+std::string AppFile(const std::string& name);
+
+// The gandrel.dat files read at start-up, in order: the one beside the
+// executable (when ChooseAppDirectory chose another folder), then the one of
+// the application's folder.
+std::vector<std::string> OldDefinitionsFiles();
+
+// True when there is nothing to read at path: a name whose first "." is its
+// first character, no file at all (nothing is created), or an empty file,
+// which is deleted.
+bool FileIsMissing(const std::string& path);
+
+// ---- Text files ----------------------------------------------------------
+
+// Reads the whole file; on failure returns false with the reason.
+bool ReadTextFile(const std::string& path, std::string& content, std::string& reason);
+
+// Writes content to a temporary file beside path and renames it over path, so
+// that path is never half-written; makes the folder when it is missing. On
+// failure returns false with the reason, and path is left as it was.
+bool WriteTextFileAtomic(const std::string& path, const std::string& content, std::string& reason);
+
+// The lines of a text, ended by CR LF, LF or CR; a leading UTF-8 byte-order
+// mark is dropped. A last line without an ending counts; an ending at the very
+// end does not start another line.
+std::vector<std::string> SplitLines(const std::string& text);
+
+// ---- Definitions files ---------------------------------------------------
+
+// gandrel.def: define lines to ParseDefine, other lines to AlwaysAddItems
+// unless already there (ignoring case). A missing file is skipped.
+void ReadDefinitions(const std::string& path);
+
+// gandrel.dat, the older file, read only: lower-cased lines; "die=" sets the
+// default die, define lines to ParseDefine, other lines appended to
+// AlwaysAddItems and to the die-value list at once, duplicates and all.
+void ReadOldDefinitions(const std::string& path);
+
+// The text of gandrel.def for the die types and always-add items in memory.
+std::string DefinitionsText();
+
+// Rewrites gandrel.def whole; false when it could not be written (the user
+// has been told).
+bool SaveDefinitions(const std::string& path);
 
 }  // namespace gandrel

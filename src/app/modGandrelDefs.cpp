@@ -1,0 +1,107 @@
+// The definitions files: gandrel.def (the user's die types and always-add
+// items, read and rewritten) and the older gandrel.dat (read only).
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/Settings.h"
+#include "app/modGandrel.h"
+#include "calc/Basic.h"
+#include "calc/RuntimeError.h"
+#include "calc/UserInterface.h"
+#include "dice/modDiceCalc.h"
+
+namespace gandrel {
+
+static const char* const kCommentLine1 =
+    "; This file contains the Die Definitions and Always Add items";
+static const char* const kCommentLine2 = "; that you have defined for Gandrel, so don't delete it!";
+
+// Everything from the first ";" on is a comment.
+static std::string WithoutComment(const std::string& line) {
+  long semicolon = InStr(line, ";");
+  return semicolon > 0 ? Left(line, semicolon - 1) : line;
+}
+
+static bool ReadLines(const std::string& path, const char* what, std::vector<std::string>& lines) {
+  if (FileIsMissing(path)) return false;
+  std::string content, reason;
+  if (!ReadTextFile(path, content, reason)) {
+    MsgBox(std::string("Gandrel could not read its ") + what + " from " + path + ": " + reason);
+    return false;
+  }
+  lines = SplitLines(content);
+  return true;
+}
+
+// A define line whose numbers do not fit is told about and skipped; the rest
+// of the file is still read.
+static void DefineFromLine(std::string line, const std::string& path) {
+  std::optional<RuntimeError> error = TrapRuntimeError([&] { ParseDefine(line); });
+  if (error)
+    MsgBox("Gandrel skipped a die type it could not read in " + path + ": " + line + " (" +
+           error->Description() + ")");
+}
+
+static void AddAlwaysItem(const std::string& item) {
+  if (AlwaysAddItems.empty()) AlwaysAddItems.emplace_back();
+  AlwaysAddItems.push_back(item);
+}
+
+static bool HasItem(const std::string& item) {
+  std::string wanted = LCase(item);
+  for (size_t i = 1; i < AlwaysAddItems.size(); ++i)
+    if (LCase(AlwaysAddItems[i]) == wanted) return true;
+  return false;
+}
+
+void ReadDefinitions(const std::string& path) {
+  std::vector<std::string> lines;
+  if (!ReadLines(path, "die types", lines)) return;
+  for (const std::string& raw : lines) {
+    std::string line = Trim(WithoutComment(raw));
+    if (LCase(Left(line, 6)) == "define") {
+      DefineFromLine(line, path);
+    } else if (!line.empty() && !HasItem(line)) {
+      AddAlwaysItem(line);
+    }
+  }
+}
+
+void ReadOldDefinitions(const std::string& path) {
+  std::vector<std::string> lines;
+  if (!ReadLines(path, "die types", lines)) return;
+  for (const std::string& raw : lines) {
+    std::string line = Trim(LCase(WithoutComment(raw)));
+    if (Left(line, 4) == "die=") {
+      settings.DieType = Mid(line, 5);
+    } else if (Left(line, 6) == "define") {
+      DefineFromLine(line, path);
+    } else if (!line.empty()) {
+      AddAlwaysItem(line);
+      View().AddDieListItem(line);
+    }
+  }
+}
+
+std::string DefinitionsText() {
+  const char* crlf = "\r\n";
+  std::string text = std::string(kCommentLine1) + crlf + kCommentLine2 + crlf;
+  for (size_t i = 1; i < Define.size(); ++i)
+    text += "define " + Define[i].Name + " = " + std::to_string(Define[i].Lo) + " to " +
+            std::to_string(Define[i].Hi) + crlf;
+  for (size_t i = 1; i < DefSeq.size(); ++i)
+    text += "define " + DefSeq[i].Name + " = " + DefSeq[i].Dice + crlf;
+  for (size_t i = 1; i < AlwaysAddItems.size(); ++i)
+    text += AlwaysAddItems[i] + crlf;
+  return text;
+}
+
+bool SaveDefinitions(const std::string& path) {
+  std::string reason;
+  if (WriteTextFileAtomic(path, DefinitionsText(), reason)) return true;
+  MsgBox("Gandrel could not save its die types to " + path + ": " + reason);
+  return false;
+}
+
+}  // namespace gandrel
