@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/Settings.h"
+#include "calc/NumberText.h"
+#include "calc/Pump.h"
+#include "calc/RuntimeError.h"
+#include "dice/DiceText.h"
+#include "dice/Random.h"
+#include "dice/modDiceCalc.h"
+#include "dice/modPARSER.h"
+#include "script/RunFlags.h"
+#include "support/EngineFixture.h"
+
+namespace gandrel {
+namespace {
+
+const std::string kTooBig = "I'm sorry, but the die result generated is too big for me to handle.";
+std::string Failure(const std::string& description) {
+  return "I'm sorry, but the following error has occurred:\r" + description +
+         "\r\rIf rolling a huge die, or number of dice, please use something smaller.";
+}
+double F(double face, double faces) {
+  return FaceToRnd(face, faces);
+}
+
+class Roll : public testing::EngineTest {
+ protected:
+  void SetUp() override {
+    EngineTest::SetUp();
+    for (std::string s : {"define fate = -1 to 1", "define dx = 5 to 5", "define dfib = 1,1,2,3,5",
+                          "define dl = 2, 7,,x,1.5", "define dw = -2147483648 to 2147483647",
+                          "define dbad = 1,1E400"})
+      ParseDefine(s);
+  }
+};
+
+TEST_F(Roll, DetailLinesGoInFrontOfTheDetails) {
+  struct Case {
+    std::string die;
+    std::vector<double> rnd;
+    std::string detailsBefore, detailsAfter;
+    double total;
+  } cases[] = {
+      {"3d6", {F(4, 6), F(1, 6), F(6, 6)}, "", "3d6= +4+1+6= 11\r\n", 11},
+      {" d6", {F(3, 6)}, "old", " d6= +3= 3\r\nold", 3},
+      {"0d6", {}, "", "0d6= = 0\r\n", 0},
+      {"2.9d6", {F(2, 6), F(5, 6)}, "", "2.9d6= +2+5= 7\r\n", 7},
+      {"3d0", {.1, .5, .99}, "", "3d0= +1+1+1= 3\r\n", 3},
+      {"2D6.5", {.95, 0}, "", "2D6.5= +7+1= 8\r\n", 8},
+      {"4dFate", {F(1, 3), F(2, 3), F(3, 3), F(3, 3)}, "", "4dFate= +-1+0+1+1= 1\r\n", 1},
+      {"4dx", {.1, .2, .3, .4}, "", "4dx= +5+5+5+5= 20\r\n", 20},
+      {"2dfib", {F(5, 5), F(3, 5)}, "", "2dfib= +5+2= 7\r\n", 7},
+      {"5dl",
+       {F(1, 5), F(2, 5), F(3, 5), F(4, 5), F(5, 5)},
+       "",
+       "5dl= +2+7+0+0+1.5= 10.5\r\n",
+       10.5},
+      {"0dw", {}, "", "0dw= = 0\r\n", 0},  // the width is only formed for a die
+      {"1dbad", {F(1, 2)}, "", "1dbad= +1= 1\r\n", 1},
+      {"", {}, "old", "old", 0},
+  };
+  for (auto& c : cases) {
+    ScriptRandom(c.rnd);
+    std::string die = c.die, details = c.detailsBefore;
+    EXPECT_EQ(GetDieResult(die, details), c.total) << c.die;
+    EXPECT_EQ(details, c.detailsAfter) << c.die;
+    EXPECT_EQ(die, c.die);
+  }
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(Roll, FailuresShowTheirMessageAndMarkTheTerm) {
+  std::string nines(400, '9');
+  struct Case {
+    std::string die;
+    std::vector<double> rnd;
+    std::string message;
+  } cases[] = {
+      {"1dw", {}, kTooBig},                                      // range wider than 32 bits
+      {nines + "d6", {}, kTooBig},                               // count too large to read
+      {"2d" + nines.substr(0, 308), {.99, .99}, kTooBig},        // total beyond a double
+      {"1dbad", {F(2, 2)}, kTooBig},                             // item too large to read
+      {std::string(40000, '1') + "d6", {}, kTooBig},             // beyond 16-bit positions
+      {"5", {}, Failure("Invalid procedure call or argument")},  // no "d": no count to read
+      {"100d6", {}, Failure("Out of memory")},                   // dice list beyond the limit
+  };
+  maxDiceText = 50;
+  for (auto& c : cases) {
+    ui.messages.clear();
+    ScriptRandom(c.rnd);
+    std::string die = c.die, details = "old", dice = "x";
+    EXPECT_EQ(GetDieResult(die, details), 0) << c.die.substr(0, 20);
+    EXPECT_EQ(die, "<error>");
+    EXPECT_EQ(details, "old");
+    ASSERT_EQ(ui.Texts(), std::vector<std::string>{c.message}) << c.die.substr(0, 20);
+    EXPECT_EQ(ui.messages[0].title, "Gandrel");
+    die = c.die;
+    ScriptRandom(c.rnd);
+    EXPECT_EQ(LongGetDieResults(die, dice, details), 0);
+    EXPECT_EQ(die, "<error>");
+    EXPECT_EQ(dice, "");
+  }
+  maxDiceText = size_t{1} << 28;
+}
+
+TEST_F(Roll, LongResultsOffStillGivesTheDiceToTheScriptFunctions) {
+  settings.LongResults = false;
+  ScriptRandom({F(5, 6), F(2, 6), F(4, 5)});
+  std::string die = "2d6", dice, details;
+  EXPECT_EQ(LongGetDieResults(die, dice, details), 7);
+  EXPECT_EQ(dice, "+5+2");
+  EXPECT_EQ(details, "");
+  die = "1dfib";
+  EXPECT_EQ(GetDieResult(die, details), 3);
+  EXPECT_EQ(details, "");
+}
+
+TEST_F(Roll, LongGenDiceRollsOnlyTheFirstTermAndLeavesTheText) {
+  ScriptRandom({F(5, 6), F(2, 6)});
+  std::string dice, details = "old";
+  LongGenDice("1+2d6*3d4", dice, details);
+  EXPECT_EQ(dice, "+5+2");
+  EXPECT_EQ(details, "old2d6= +5+2= 7\r\n");
+  LongGenDice("1dw", dice, details);
+  EXPECT_EQ(dice, "");
+  EXPECT_EQ(ui.Texts(), std::vector<std::string>{kTooBig});
+  LongGenDice("17", dice, details);
+  EXPECT_EQ(details, "old2d6= +5+2= 7\r\n");
+}
+
+TEST_F(Roll, ParseListKeepsEveryToken) {
+  struct Case {
+    std::string text, delimiter;
+    std::vector<std::string> items;
+  } cases[] = {
+      {"a,b,,c", ",", {"", "a", "b", "", "c"}},
+      {"", ",", {"", ""}},
+      {",x,", ",", {"", "", "x", ""}},
+      {"a--b-c", "--", {"", "a", "b-c"}},
+      {"a,b", "", {"", "a,b"}},
+  };
+  for (auto& c : cases) {
+    std::vector<std::string> items;
+    int16_t count = 0;
+    ParseList(c.text, c.delimiter, count, items);
+    EXPECT_EQ(items, c.items) << c.text;
+    EXPECT_EQ(count, GetListCount());
+    EXPECT_EQ(GetListItem(count), c.items.back());
+    EXPECT_EQ(GetListItem(count + 1), "");
+  }
+  std::vector<std::string> items;
+  int16_t count = 0;
+  EXPECT_THROW(ParseList(std::string(40000, ','), ",", count, items), RuntimeError);
+}
+
+TEST_F(Roll, DiceTextMatchesFormatNumber) {
+  for (double v : {0.0, -0.0, 7.0, -12.0, 999999999999999.0, -999999999999999.0, 1e15, 2.5, -0.25,
+                   1e300, 123456789012345.0, 1e-7})
+    EXPECT_EQ(NumberText(v), FormatNumber(v)) << v;
+}
+
+TEST_F(Roll, ABreakEndsARollOnlyWhenBreakingIsOn) {
+  SetPumpEveryCall(true);
+  ui.onPump = [](long n) {
+    if (n == 5) runFlags.BreakRequested = true;
+  };
+  std::string die = "1000000d6", details;
+  EXPECT_THROW(GetDieResult(die, details), BreakSignal);
+  EXPECT_LE(ui.pumps, 6);
+  EXPECT_TRUE(ui.messages.empty());
+  runFlags.BreakEnabled = false;
+  die = "2000d6";
+  double total = GetDieResult(die, details);
+  EXPECT_GE(total, 2000);
+  EXPECT_LE(total, 12000);
+}
+
+}  // namespace
+}  // namespace gandrel
