@@ -6,6 +6,20 @@
 // "<error>", an expression the evaluator refused becomes "<calc error>".
 // A break requested by the user while dice are rolled (and breaking is on)
 // ends the roll with BreakSignal; no handler here catches it.
+//
+// Run-time errors that reach the caller (RuntimeError):
+// - Positions in a text are 16-bit: ExpandDice, ExpandAllDice,
+//   GenerateAllDice, Calc, CalcOutsideQuotes, LongGenDice, BreakOutDice,
+//   ReplaceDice, GetDieType, GetMaxResult and GetMinResult raise "Overflow"
+//   for a text longer than 32,767 characters (also one that grows past it).
+// - GenerateAllDice and Calc raise "Out of memory" when the details of one
+//   expression would pass 512 MB.
+// - GetMaxResult, GetMinResult, GetDieType and BreakOutDice raise "Invalid
+//   procedure call or argument" for a text without "d"; GetMaxResult and
+//   GetMinResult raise "Overflow" for a bound too large for a double.
+// - The define procedures raise "Overflow" for a bound beyond 32 bits.
+// GetDieResult and LongGetDieResults never raise: they report a failed roll
+// with a message box and the term text "<error>".
 #pragma once
 
 #include <cstdint>
