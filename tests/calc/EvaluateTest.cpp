@@ -1,0 +1,303 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "calc/Basic.h"
+#include "calc/modEvaluate.h"
+#include "support/EngineFixture.h"
+
+namespace gandrel {
+namespace {
+
+const std::string kOverflow = "I'm sorry, but the result calculated is too big for me to handle.";
+
+std::string ErrorText(const std::string& description) {
+  return "I'm sorry, but the following error has occurred:\r" + description +
+         "\r\rIf performing a complex calculation, please simplify or use smaller numbers.";
+}
+
+class EvaluateTest : public testing::EngineTest {};
+
+struct ValueCase {
+  const char* expression;
+  double value;
+};
+
+// Values that only the text-rewriting evaluator gives, next to ordinary ones.
+TEST_F(EvaluateTest, Values) {
+  const ValueCase cases[] = {
+      // signs and the leading "+"
+      {"+5", 5},
+      {"-5", -5},
+      {"--5", 5},
+      {"5--3", 8},
+      {"5-+3", 2},
+      {"5+-3", 2},
+      {"5---3", 2},
+      {"5----3", 8},
+      {"+--5", 5},
+      {"-(-2)", 2},
+      {"2*--3", 3},  // "2*+3": the "+" is no part of the right operand
+      {"2*+3", 3},
+      // exp level: left-associative, a leading "-" binds tighter than "^"
+      {"2^3^2", 64},
+      {"-2^2", 4},
+      {"3^-2", 0.111111111111111},
+      {"2*3^2", 18},
+      {"3^2*2", 18},
+      // mult level: leftmost operator first, all four of equal rank
+      {"2*-3", -6},
+      {"8/2/2", 2},
+      {"8/2*2", 8},
+      {"10\\3/2", 1.5},
+      {"7\\2*2", 6},
+      {"7MOD4*2", 6},
+      {"2*7MOD4", 2},
+      {"7MOD3", 1},
+      {"7mod3", 7},
+      {"7\\2", 3},
+      {"-7\\2", -3},
+      {"7\\-2", -3},
+      {"-7MOD3", -1},
+      {"7MOD-3", 1},
+      {"-2147483648MOD-1", 0},
+      {"-2147483648\\1", -2147483648.0},
+      // add level
+      {"3+4*2-1", 10},
+      {"10-2-3", 5},
+      {"10-2+3", 11},
+      {"1E4+1", 10000},  // shortcut by length: "1E4+1" is as long as "10000"
+      {"1E4-1", 10000},
+      {"1E3+1", 1001},
+      {"123456789012345678+0", 123456789012345678.0},  // as long as "1.23456789012346E+17"
+      {"&", 0},                                        // "0" is one character too
+      {"*", 0},
+      {"1E-3*2", -5},
+      {"1E15*10+1", 18},  // "1E+16+1": the add level cuts the exponent at its "+"
+      {"1/100000+1", -3},
+      // relational levels: two-character operators before one-character ones
+      {"3>=3", -1},
+      {"3<>3", 0},
+      {"3<=2", 0},
+      {"2<3=-1", -1},
+      {"5>=", -1},
+      {"5<>", -1},
+      {"5<=", 0},
+      {"3>2>1", 0},
+      {"1<2<3", -1},
+      {"2=2<>0", 0},
+      {"1+1=2", -1},
+      {"2>1", -1},
+      {"1>2", 0},
+      // log level: "|" and "&" share it, leftmost first
+      {"6|1", 7},
+      {"6&3", 2},
+      {"-1&0", 0},
+      {"1|0&0", 0},
+      {"6&3|8", 10},
+      {"1|2=2", -1},
+      // rounding half to even in "\", MOD, "|" and "&"
+      {"5.5\\2", 3},
+      {"2.5\\1", 2},
+      {"3.5\\1", 4},
+      {"-2.5\\1", -2},
+      {"7\\2.5", 3},
+      {"7\\3.5", 1},
+      {"5.5MOD4", 2},
+      {"4.5MOD3", 1},
+      {"2.5|1", 3},
+      {"3.5|0", 4},
+      {"2.5&3", 2},
+      {"3.5&3", 0},
+      // parentheses
+      {"(1+2)*3", 9},
+      {"((2))", 2},
+      {"2*(3+4)", 14},
+      {"2(3)", 23},
+      {"(2)(3)", 23},
+      {"(1+2)^(1+1)", 9},
+      // 15 significant digits through the working text
+      {"1/3", 0.333333333333333},
+      {"2/3", 0.666666666666667},
+      {"1/3*3", 0.999999999999999},
+      {"0.1+0.2", 0.3},
+      {"123456789012345678+00", 1.23456789012346E+17},
+      {"123456789012345678", 123456789012345678.0},  // no operator: read whole
+      {"1/100000", 1e-5},
+      {"1E15*10", 1e16},
+      // whitespace
+      {" 1 + 2 ", 3},
+      {"1\t+\r\n2", 3},
+      {"1 2", 12},
+      {"7 MOD 3", 1},
+      // text that is no number reads as 0 and stays in the working text
+      {"abc+1", 0},
+      {"a-1", 0},
+      {"1+abc", 1},
+      {"3d6", 3},
+      {"1e3", 1},
+      {"1D3", 1000},
+      {"True", 0},
+      {"a^2", 0},
+  };
+  for (const ValueCase& c : cases) {
+    std::string text = c.expression;
+    EXPECT_EQ(Evaluate(text), c.value) << c.expression;  // exact: 15 digits, not 17
+    EXPECT_EQ(text, c.expression) << "the caller's text is kept";
+  }
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(EvaluateTest, SilentFailures) {
+  const char* cases[] = {
+      "",   "+",   " ",  "1/0", "5MOD0",   "5\\0", "5MOD",    "(1+2",       ")1+2(", "(1))((2)",
+      "()", "^5",  "5^", "5*",  "*5",      "5+",   "5-",      "1++",        "5>",    "5=",
+      "=5", ">=5", "|1", "1|",  "(1/0)+1", "(5%)", "2*(1/0)", "1+(2+(3^))",
+  };
+  for (const char* expression : cases) {
+    std::string text = expression;
+    EXPECT_EQ(Evaluate(text), 0) << expression;
+    EXPECT_EQ(text, std::string("%") + expression);
+  }
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(EvaluateTest, RunTimeErrorsShowAMessageAndFail) {
+  const std::string divisionByZero = ErrorText("Division by zero");
+  const std::string invalidCall = ErrorText("Invalid procedure call or argument");
+  const struct {
+    std::string expression;
+    std::string message;
+  } cases[] = {
+      {"1E400", kOverflow},
+      {"1+1E400", kOverflow},
+      {"1E200*1E200", kOverflow},
+      {"1E308+1E308", kOverflow},
+      {"1E308/.1", kOverflow},
+      {"0^-1", kOverflow},
+      {"2147483648\\1", kOverflow},
+      {"-2147483648\\-1", kOverflow},
+      {"1\\2147483648", kOverflow},
+      {"2147483648|0", kOverflow},
+      {"0&-2147483649", kOverflow},
+      {"5\\0.4", divisionByZero},
+      {"5MOD0.5", divisionByZero},
+      {"(-8)^(1/3)", invalidCall},
+      {"-8^.5", invalidCall},
+      {"(1E400)+1", kOverflow},  // the inner evaluation shows it; the outer is silent
+      {std::string(40000, '1'), kOverflow},
+      {"1+" + std::string(32766, ' ') + std::string(32766, '1'), kOverflow},
+  };
+  for (const auto& c : cases) {
+    ui.messages.clear();
+    std::string text = c.expression;
+    EXPECT_EQ(Evaluate(text), 0) << c.expression.substr(0, 40);
+    EXPECT_EQ(text, "%" + c.expression);
+    ASSERT_EQ(ui.messages.size(), 1u) << c.expression.substr(0, 40);
+    EXPECT_EQ(ui.messages[0].text, c.message) << c.expression.substr(0, 40);
+    EXPECT_EQ(ui.messages[0].title, "Gandrel");
+    EXPECT_EQ(ui.messages[0].buttons, MsgButtons::Ok);
+  }
+}
+
+std::string Nested(int depth) {
+  return std::string(depth, '(') + "7" + std::string(depth, ')');
+}
+
+TEST_F(EvaluateTest, DeepNestingIsRefusedWithoutExhaustingTheStack) {
+  std::string deepest = Nested(999);
+  EXPECT_EQ(Evaluate(deepest), 7);
+  EXPECT_TRUE(ui.messages.empty());
+
+  std::string tooDeep = Nested(1000);
+  EXPECT_EQ(Evaluate(tooDeep), 0);
+  EXPECT_EQ(tooDeep, "%" + Nested(1000));
+  ASSERT_EQ(ui.Texts(), std::vector<std::string>{ErrorText("Out of stack space")});
+}
+
+TEST_F(EvaluateTest, LongSumsAreAddedTermByTerm) {
+  std::string sum = "1";
+  for (int i = 1; i < 10000; ++i)
+    sum += "+1";
+  EXPECT_EQ(Evaluate(sum), 10000);
+  std::string products = "2";
+  for (int i = 1; i < 3000; ++i)
+    products += "*1-1+1";
+  EXPECT_EQ(Evaluate(products), 2);
+  std::string padded = std::string(40000, ' ') + "1+1";
+  EXPECT_EQ(Evaluate(padded), 2);  // the length that counts is the stripped one
+}
+
+TEST_F(EvaluateTest, SplitsPeelsNumbersOffBothSides) {
+  const struct {
+    int op;
+    const char *left, *right;
+    double leftArg, rightArg;
+    const char *leftRest, *rightRest;
+  } cases[] = {
+      {2, "a+12", "34b", 12, 34, "a+", "b"},
+      {2, "-12", "-3-4", -12, -3, "", "-4"},
+      {1, "5", "-3", 5, 0, "", "-3"},
+      {2, "1E-3", "2", 3, 2, "1E-", ""},
+      {2, "x-1.5E2", ".5D1y", 1.5e2, 5, "x-", "y"},
+      {3, "", "", 0, 0, "", ""},
+      {2, "-", "e", 0, 0, "", "e"},
+  };
+  for (const auto& c : cases) {
+    std::string left = c.left, right = c.right;
+    double leftArg = -99, rightArg = -99;
+    Splits(c.op, left, right, leftArg, rightArg);
+    EXPECT_DOUBLE_EQ(leftArg, c.leftArg) << c.left;
+    EXPECT_DOUBLE_EQ(rightArg, c.rightArg) << c.right;
+    EXPECT_EQ(left, c.leftRest);
+    EXPECT_EQ(right, c.rightRest);
+  }
+}
+
+TEST_F(EvaluateTest, FindCloseParen) {
+  const struct {
+    const char* text;
+    int position;
+  } cases[] = {{"()", 2}, {"(a(b)c)d", 7}, {"(((", 0}, {"(", 0}, {"(()", 0}, {"(x))", 3}};
+  for (const auto& c : cases)
+    EXPECT_EQ(FindCloseParen(c.text), c.position) << c.text;
+}
+
+TEST_F(EvaluateTest, FoldSignsTable) {
+  const struct {
+    const char *in, *out;
+  } cases[] = {
+      {"+--5", "++5"}, {"--", "+"},     {"---", "-"},      {"----", "++"}, {"-+++", "-"},
+      {"+++-", "-"},   {"a+-b", "a-b"}, {"1-+-2", "1--2"}, {"", ""},       {"+-+-", "--"},
+  };
+  for (const auto& c : cases) {
+    std::string text = c.in;
+    FoldSigns(text);
+    EXPECT_EQ(text, c.out) << c.in;
+  }
+}
+
+// The folding as a text rewrite: first occurrence replaced, search restarted.
+std::string FoldSignsByRewriting(std::string text) {
+  const char* pairs[4][2] = {{"++", "+"}, {"--", "+"}, {"-+", "-"}, {"+-", "-"}};
+  for (auto& pair : pairs)
+    for (long p; (p = InStr(text, pair[0])) > 0;)
+      text = Left(text, p - 1) + pair[1] + Mid(text, p + 2);
+  return text;
+}
+
+TEST_F(EvaluateTest, FoldSignsAgreesWithTheRewriteOnRandomTexts) {
+  std::mt19937 random(7);
+  for (int n = 0; n < 5000; ++n) {
+    std::string text;
+    for (size_t length = random() % 12; length > 0; --length)
+      text += "+-1"[random() % 3];
+    std::string folded = text;
+    FoldSigns(folded);
+    ASSERT_EQ(folded, FoldSignsByRewriting(text)) << text;
+  }
+}
+
+}  // namespace
+}  // namespace gandrel
