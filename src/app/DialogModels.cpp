@@ -1,0 +1,244 @@
+#include "app/DialogModels.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "app/Settings.h"
+#include "app/modGandrel.h"
+#include "calc/Basic.h"
+#include "calc/RuntimeError.h"
+#include "dice/modDiceCalc.h"
+
+namespace gandrel {
+
+// ---- Die types -------------------------------------------------------------
+
+std::vector<std::string> ListDieTypeEntries() {
+  std::vector<std::string> entries;
+  for (size_t i = 1; i < Define.size(); ++i)
+    entries.push_back(Define[i].Name + " = " + std::to_string(Define[i].Lo) + " to " +
+                      std::to_string(Define[i].Hi));
+  for (size_t i = 1; i < DefSeq.size(); ++i)
+    entries.push_back(DefSeq[i].Name + " = " + DefSeq[i].Dice);
+  return entries;
+}
+
+// What one entry defines, learnt on empty tables.
+struct TrialType {
+  enum Kind { kNone, kRange, kList, kTooBig } kind = kNone;
+  std::string name;
+};
+
+static TrialType TryEntry(const std::string& entry) {
+  TrialType trial;
+  std::optional<RuntimeError> error = TrapRuntimeError([&] {
+    ClearDieTypes();
+    std::string statement = "define " + Trim(entry);
+    ParseDefine(statement);
+  });
+  if (error) {
+    trial.kind = TrialType::kTooBig;
+  } else if (Define.size() > 1) {
+    trial.kind = TrialType::kRange;
+    trial.name = Define[1].Name;
+  } else if (DefSeq.size() > 1) {
+    trial.kind = TrialType::kList;
+    trial.name = DefSeq[1].Name;
+  }
+  return trial;
+}
+
+std::string CheckDieTypeEntry(const std::string& entry, const std::vector<std::string>& others) {
+  std::string text = Trim(entry);
+  if (text.empty()) return "Please type a die type, such as dfate = -1 to 1 or dfib = 1,1,2,3,5.";
+  if (InStr(text, ";") > 0)
+    return "A die type cannot hold \";\": the definitions file would take the rest of the line "
+           "for a comment.";
+  std::vector<RangeType> savedRanges = std::move(Define);
+  std::vector<ListType> savedLists = std::move(DefSeq);
+  TrialType trial = TryEntry(text);
+  bool taken = false;
+  if (trial.kind == TrialType::kRange || trial.kind == TrialType::kList) {
+    for (const std::string& other : others) {
+      TrialType existing = TryEntry(other);
+      if (existing.kind == trial.kind && LCase(existing.name) == LCase(trial.name)) taken = true;
+    }
+  }
+  Define = std::move(savedRanges);
+  DefSeq = std::move(savedLists);
+  switch (trial.kind) {
+    case TrialType::kTooBig:
+      return "The bounds of a range die must lie between -2147483648 and 2147483647.";
+    case TrialType::kNone:
+      return "A die type is a name, \"=\" and either a range such as -1 to 1 or a list such as "
+             "1,1,2,3,5.";
+    default:
+      break;
+  }
+  if (taken) return "There is already a die type " + trial.name + " of this kind: change that one.";
+  return "";
+}
+
+void RebuildDieTypes(const std::vector<std::string>& entries) {
+  ClearDieTypes();
+  for (const std::string& entry : entries) {
+    std::string statement = "define " + Trim(entry);
+    // Entries are checked when they are typed; one that still fails is left out.
+    TrapRuntimeError([&] { ParseDefine(statement); });
+  }
+}
+
+// ---- Always-add items ------------------------------------------------------
+
+static bool ContainsIgnoringCase(const std::vector<std::string>& list, const std::string& value) {
+  std::string wanted = LCase(value);
+  return std::any_of(list.begin(), list.end(),
+                     [&](const std::string& item) { return LCase(item) == wanted; });
+}
+
+std::string CheckAlwaysAddItem(const std::string& item, const std::vector<std::string>& others) {
+  std::string text = Trim(item);
+  if (text.empty()) return "Please type a die value, such as 3d6+2.";
+  if (InStr(text, ";") > 0)
+    return "An always-add item cannot hold \";\": the definitions file would take the rest of "
+           "the line for a comment.";
+  if (LCase(Left(text, 6)) == "define")
+    return "An always-add item cannot begin with \"define\": the definitions file would read it "
+           "as a die type.";
+  if (ContainsIgnoringCase(others, text)) return "\"" + text + "\" is already in the list.";
+  return "";
+}
+
+static void RebuildDieList() {
+  MainView& view = View();
+  std::string text = view.DieValueText();
+  view.ClearDieList();
+  for (size_t i = 1; i < DieHistory.size(); ++i)
+    view.AddDieListItem(DieHistory[i]);
+  view.SetDieValueText(text);
+}
+
+void ApplyAlwaysAddItems(const std::vector<std::string>& items) {
+  std::vector<std::string> previous(AlwaysAddItems.begin() + (AlwaysAddItems.empty() ? 0 : 1),
+                                    AlwaysAddItems.end());
+  AlwaysAddItems.assign(1, "");
+  AlwaysAddItems.insert(AlwaysAddItems.end(), items.begin(), items.end());
+  long count = static_cast<long>(items.size());
+  if (settings.KeepNum < count) settings.KeepNum = Int16(count);
+  if (previous == items) return;
+
+  // The ordinary entries: neither an old nor a new always-add item.
+  std::vector<std::string> ordinary;
+  for (size_t i = 1; i < DieHistory.size(); ++i)
+    if (!ContainsIgnoringCase(previous, DieHistory[i]) &&
+        !ContainsIgnoringCase(items, DieHistory[i]))
+      ordinary.push_back(DieHistory[i]);
+  size_t room = static_cast<size_t>(settings.KeepNum - count);
+  if (ordinary.size() > room) {
+    // The oldest leave: at the top without NewFirst, at the bottom with it.
+    size_t surplus = ordinary.size() - room;
+    if (settings.NewFirst)
+      ordinary.resize(room);
+    else
+      ordinary.erase(ordinary.begin(), ordinary.begin() + static_cast<long>(surplus));
+  }
+  DieHistory.assign(1, "");
+  if (settings.NewFirst) {
+    DieHistory.insert(DieHistory.end(), ordinary.begin(), ordinary.end());
+    DieHistory.insert(DieHistory.end(), items.begin(), items.end());
+  } else {
+    DieHistory.insert(DieHistory.end(), items.begin(), items.end());
+    DieHistory.insert(DieHistory.end(), ordinary.begin(), ordinary.end());
+  }
+  RebuildDieList();
+}
+
+// ---- The each-result text --------------------------------------------------
+
+std::string GroupDigits(std::size_t number) {
+  std::string digits = std::to_string(number);
+  std::string grouped;
+  for (size_t i = 0; i < digits.size(); ++i) {
+    if (i > 0 && (digits.size() - i) % 3 == 0) grouped += ',';
+    grouped += digits[i];
+  }
+  return grouped;
+}
+
+static bool IsUtf8Continuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+std::string LimitShownText(const std::string& text, std::size_t limit) {
+  if (text.size() <= limit) return text;
+  size_t cut = text.rfind('\n', limit == 0 ? 0 : limit - 1);
+  if (cut != std::string::npos && cut < limit) {
+    cut += 1;  // keep the line end with its line
+  } else {
+    cut = limit;
+    if (cut > 0 && text[cut - 1] == '\r') --cut;  // never split a CR LF
+    while (cut > 0 && IsUtf8Continuation(text[cut]))
+      --cut;
+  }
+  std::string shown = text.substr(0, cut);
+  if (!shown.empty() && shown.back() != '\n') shown += "\r\n";
+  return shown + "... " + GroupDigits(text.size() - cut) + " more characters not shown";
+}
+
+// ---- Script files ----------------------------------------------------------
+
+std::vector<std::string> SplitScriptLines(const std::string& editorText) {
+  std::vector<std::string> lines;
+  size_t start = 0;
+  for (size_t end = editorText.find("\r\n"); end != std::string::npos;
+       end = editorText.find("\r\n", start)) {
+    lines.push_back(RTrim(std::string_view(editorText).substr(start, end - start)));
+    start = end + 2;
+  }
+  std::string rest = RTrim(std::string_view(editorText).substr(start));
+  if (!rest.empty()) lines.push_back(rest);
+  lines.emplace_back();
+  return lines;
+}
+
+std::string ScriptFileContents(const std::vector<std::string>& lines) {
+  std::string contents;
+  for (size_t i = 0; i < lines.size(); ++i) {
+    std::string line = lines[i];
+    if (i + 1 == lines.size()) {
+      std::replace(line.begin(), line.end(), '\r', ' ');
+      std::replace(line.begin(), line.end(), '\n', ' ');
+      line = Trim(line);
+    }
+    contents += line + "\r\n";
+  }
+  return contents;
+}
+
+std::string JoinScriptLines(const std::vector<std::string>& lines) {
+  std::string text;
+  for (size_t i = 0; i < lines.size(); ++i) {
+    if (i > 0) text += "\r\n";
+    text += lines[i];
+  }
+  return text;
+}
+
+std::string ScriptNameFor(const std::string& path, const std::string& currentDir) {
+  std::string name = Trim(path);
+  size_t slash = name.rfind('/');
+  if (slash == std::string::npos) return name;
+  std::string folder = name.substr(0, slash);
+  std::string current = currentDir;
+  while (current.size() > 1 && current.back() == '/')
+    current.pop_back();
+  if (folder == current || (folder.empty() && current == "/")) return name.substr(slash + 1);
+  return name;
+}
+
+std::string WithScriptExtension(const std::string& name) {
+  return name.find('.') == std::string::npos ? name + ".DIE" : name;
+}
+
+}  // namespace gandrel

@@ -1,0 +1,78 @@
+// DialogModels: what Gandrel's windows do that needs no widget.
+//
+// The Define Die Types dialog shows the die types as entries such as
+// "dfate = -1 to 1" and "dfib = 1,1,2,3,5" and rebuilds both tables from
+// them; the Preferences dialog edits the always-add items; the main window
+// limits the each-result text it shows, and keeps its script editor in
+// script files. The widgets call these and only show the outcome.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace gandrel {
+
+// ---- Die types -------------------------------------------------------------
+
+// Every die type as an entry "name = spec": the range types first
+// ("dfate = -1 to 1"), then the list types ("dfib = 1,1,2,3,5"), each in
+// table order.
+std::vector<std::string> ListDieTypeEntries();
+
+// Why entry would not make a die type beside others, or "" when it would:
+// it must define a type, and no other entry may define a type of the same
+// kind and name (the later would silently replace it). The tables are left as
+// they were.
+std::string CheckDieTypeEntry(const std::string& entry, const std::vector<std::string>& others);
+
+// Empties both tables and defines every entry through ParseDefine
+// ("define " & entry), so that a type left out is gone.
+void RebuildDieTypes(const std::vector<std::string>& entries);
+
+// ---- Always-add items ------------------------------------------------------
+
+// Why item cannot be an always-add item beside others, or "" when it can.
+std::string CheckAlwaysAddItem(const std::string& item, const std::vector<std::string>& others);
+
+// Makes items (in this order) the always-add items and raises KeepNum to their
+// number. When the items changed, the history gets them at their home (the
+// top, or the bottom with NewFirst), keeps its other entries in order, newest
+// kept when there is no room, and the die-value list is rebuilt.
+void ApplyAlwaysAddItems(const std::vector<std::string>& items);
+
+// ---- The each-result text --------------------------------------------------
+
+// About 1 MB: what the each-result box shows of a text at most.
+inline constexpr std::size_t kShownTextLimit = 1000000;
+
+// text when it has at most limit characters. Otherwise its beginning, cut
+// after the last line end within the limit (or at the limit when there is
+// none, never inside a UTF-8 character), then a line such as
+// "... 12,345,678 more characters not shown".
+std::string LimitShownText(const std::string& text, std::size_t limit = kShownTextLimit);
+
+// 12345678 as "12,345,678".
+std::string GroupDigits(std::size_t number);
+
+// ---- Script files ----------------------------------------------------------
+
+// The editor text as script lines: split at CR LF, trailing blanks removed,
+// a blank rest after the last CR LF left out, and one empty line always last.
+std::vector<std::string> SplitScriptLines(const std::string& editorText);
+
+// The contents of a script file for those lines: each followed by CR LF, the
+// last with its CR and LF made blanks and trimmed.
+std::string ScriptFileContents(const std::vector<std::string>& lines);
+
+// Lines joined by CR LF, with none after the last.
+std::string JoinScriptLines(const std::vector<std::string>& lines);
+
+// The name a chosen script file is known by: its bare name when it lies in
+// currentDir, else the path as it stands; trimmed.
+std::string ScriptNameFor(const std::string& path, const std::string& currentDir);
+
+// name with ".DIE" appended when it holds no "." at all.
+std::string WithScriptExtension(const std::string& name);
+
+}  // namespace gandrel

@@ -1,0 +1,144 @@
+#include "app/QtEntryList.h"
+
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "calc/Basic.h"
+#include "calc/UserInterface.h"
+
+namespace gandrel {
+
+static QPushButton* MakeButton(const QString& caption, QWidget* parent) {
+  auto* button = new QPushButton(caption, parent);
+  // Enter in the edit box adds the entry; it must not also press a button.
+  button->setAutoDefault(false);
+  return button;
+}
+
+QtEntryList::QtEntryList(bool reorderable, Checker check, QWidget* parent)
+    : QWidget(parent), check_(std::move(check)) {
+  lstEntries = new QListWidget(this);
+  lstEntries->setObjectName("lstEntries");
+  txtEntry = new QLineEdit(this);
+  txtEntry->setObjectName("txtEntry");
+  txtEntry->installEventFilter(this);
+  btnAdd = MakeButton(tr("&Add"), this);
+  btnChange = MakeButton(tr("C&hange"), this);
+  btnRemove = MakeButton(tr("Re&move"), this);
+
+  auto* buttons = new QVBoxLayout;
+  buttons->addWidget(btnAdd);
+  buttons->addWidget(btnChange);
+  buttons->addWidget(btnRemove);
+  if (reorderable) {
+    btnUp = MakeButton(tr("&Up"), this);
+    btnDown = MakeButton(tr("Do&wn"), this);
+    buttons->addSpacing(8);
+    buttons->addWidget(btnUp);
+    buttons->addWidget(btnDown);
+    connect(btnUp, &QPushButton::clicked, this, [this] { MoveEntry(-1); });
+    connect(btnDown, &QPushButton::clicked, this, [this] { MoveEntry(+1); });
+  }
+  buttons->addStretch();
+
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->addWidget(txtEntry, 0, 0);
+  grid->addWidget(lstEntries, 1, 0);
+  grid->addLayout(buttons, 0, 1, 2, 1);
+
+  connect(btnAdd, &QPushButton::clicked, this, [this] { AddEntry(); });
+  connect(btnChange, &QPushButton::clicked, this, [this] { ChangeEntry(); });
+  connect(btnRemove, &QPushButton::clicked, this, [this] { RemoveEntry(); });
+  connect(lstEntries, &QListWidget::currentRowChanged, this, [this](int row) {
+    if (row >= 0) txtEntry->setText(lstEntries->item(row)->text());
+    UpdateButtons();
+  });
+  UpdateButtons();
+}
+
+void QtEntryList::SetEntries(const std::vector<std::string>& entries) {
+  lstEntries->clear();
+  for (const std::string& entry : entries)
+    lstEntries->addItem(QString::fromStdString(entry));
+  UpdateButtons();
+}
+
+std::vector<std::string> QtEntryList::Entries() const {
+  return EntriesExcept(-1);
+}
+
+std::vector<std::string> QtEntryList::EntriesExcept(int skip) const {
+  std::vector<std::string> entries;
+  for (int row = 0; row < lstEntries->count(); ++row)
+    if (row != skip) entries.push_back(lstEntries->item(row)->text().toStdString());
+  return entries;
+}
+
+bool QtEntryList::Accepts(const std::string& entry, int skip) {
+  std::string why = check_ ? check_(entry, EntriesExcept(skip)) : "";
+  if (why.empty()) return true;
+  MsgBox(why);
+  txtEntry->setFocus();
+  return false;
+}
+
+bool QtEntryList::AddEntry() {
+  std::string entry = Trim(txtEntry->text().toStdString());
+  if (!Accepts(entry, -1)) return false;
+  lstEntries->addItem(QString::fromStdString(entry));
+  lstEntries->setCurrentRow(lstEntries->count() - 1);
+  txtEntry->clear();
+  UpdateButtons();
+  return true;
+}
+
+bool QtEntryList::ChangeEntry() {
+  int row = lstEntries->currentRow();
+  if (row < 0) return false;
+  std::string entry = Trim(txtEntry->text().toStdString());
+  if (!Accepts(entry, row)) return false;
+  lstEntries->item(row)->setText(QString::fromStdString(entry));
+  return true;
+}
+
+void QtEntryList::RemoveEntry() {
+  int row = lstEntries->currentRow();
+  if (row < 0) return;
+  delete lstEntries->takeItem(row);
+  UpdateButtons();
+}
+
+void QtEntryList::MoveEntry(int step) {
+  int row = lstEntries->currentRow();
+  int target = row + step;
+  if (row < 0 || target < 0 || target >= lstEntries->count()) return;
+  QListWidgetItem* item = lstEntries->takeItem(row);
+  lstEntries->insertItem(target, item);
+  lstEntries->setCurrentRow(target);
+}
+
+void QtEntryList::UpdateButtons() {
+  int row = lstEntries->currentRow();
+  btnChange->setEnabled(row >= 0);
+  btnRemove->setEnabled(row >= 0);
+  if (btnUp != nullptr) btnUp->setEnabled(row > 0);
+  if (btnDown != nullptr) btnDown->setEnabled(row >= 0 && row + 1 < lstEntries->count());
+}
+
+bool QtEntryList::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == txtEntry && event->type() == QEvent::KeyPress) {
+    int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+      if (!txtEntry->text().trimmed().isEmpty()) AddEntry();
+      return true;
+    }
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace gandrel

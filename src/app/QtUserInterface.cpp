@@ -1,0 +1,67 @@
+#include "app/QtUserInterface.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace gandrel {
+
+QtUserInterface::QtUserInterface() {
+  SetUI(this);
+}
+
+QtUserInterface::~QtUserInterface() {
+  while (busyDepth_ > 0)
+    SetBusy(false);
+  SetUI(nullptr);
+}
+
+static MsgAnswer AnswerOf(const QMessageBox& box, QAbstractButton* yes, QAbstractButton* no) {
+  QAbstractButton* clicked = box.clickedButton();
+  if (clicked != nullptr && clicked == yes) return MsgAnswer::Yes;
+  if (clicked != nullptr && clicked == no) return MsgAnswer::No;
+  return MsgAnswer::Cancel;
+}
+
+MsgAnswer QtUserInterface::ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon icon,
+                                       const std::string& title) {
+  QMessageBox box(QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  box.setWindowTitle(QString::fromStdString(title));
+  box.setText(QString::fromStdString(text));
+  box.setIcon(icon == MsgIcon::Critical ? QMessageBox::Critical : QMessageBox::NoIcon);
+
+  // The message must be readable even while a roll shows the busy pointer.
+  QApplication::setOverrideCursor(Qt::ArrowCursor);
+  MsgAnswer answer = MsgAnswer::Ok;
+  if (buttons == MsgButtons::YesNoCancel) {
+    QAbstractButton* yes = box.addButton(QMessageBox::Yes);
+    QAbstractButton* no = box.addButton(QMessageBox::No);
+    box.addButton(QMessageBox::Cancel);
+    box.setDefaultButton(QMessageBox::Yes);
+    box.setEscapeButton(QMessageBox::Cancel);
+    box.exec();
+    answer = AnswerOf(box, yes, no);
+  } else {
+    box.setStandardButtons(QMessageBox::Ok);
+    box.exec();
+  }
+  QApplication::restoreOverrideCursor();
+  return answer;
+}
+
+void QtUserInterface::ProcessEvents() {
+  QCoreApplication::processEvents();
+}
+
+void QtUserInterface::SetBusy(bool busy) {
+  if (busy) {
+    ++busyDepth_;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else if (busyDepth_ > 0) {
+    --busyDepth_;
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+}  // namespace gandrel

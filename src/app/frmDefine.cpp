@@ -1,0 +1,56 @@
+#include "app/frmDefine.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "app/DialogModels.h"
+#include "app/QtEntryList.h"
+#include "app/modGandrel.h"
+
+namespace gandrel {
+
+frmDefine::frmDefine(QWidget* parent) : QDialog(parent) {
+  setObjectName("frmDefine");
+  setWindowTitle(tr("Define Die Types"));
+
+  auto* hint = new QLabel(tr("A die type is a name, \"=\" and either a range or a list of faces, "
+                             "for example\n"
+                             "    dfate = -1 to 1\n"
+                             "    dfib = 1,1,2,3,5\n"
+                             "Then roll it like any die: 4dfate, 2dfib+1."),
+                          this);
+  hint->setTextFormat(Qt::PlainText);
+
+  lstTypes = new QtEntryList(false, CheckDieTypeEntry, this);
+  lstTypes->SetEntries(ListDieTypeEntries());
+
+  cmdOkay = new QPushButton(tr("&Okay"), this);
+  cmdOkay->setAutoDefault(false);
+  cmdCancel = new QPushButton(tr("Cancel"), this);
+  cmdCancel->setAutoDefault(false);
+  connect(cmdOkay, &QPushButton::clicked, this, [this] {
+    Apply();
+    accept();
+  });
+  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+
+  auto* buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(cmdOkay);
+  buttons->addWidget(cmdCancel);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(hint);
+  layout->addWidget(lstTypes, 1);
+  layout->addLayout(buttons);
+  resize(460, 360);
+}
+
+void frmDefine::Apply() {
+  RebuildDieTypes(lstTypes->Entries());
+  emit applied();
+  SaveSettings();
+}
+
+}  // namespace gandrel

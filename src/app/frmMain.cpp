@@ -1,0 +1,562 @@
+#include "app/frmMain.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QSplitter>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <exception>
+
+#include "app/DialogModels.h"
+#include "app/QtFonts.h"
+#include "app/QtIcon.h"
+#include "app/Settings.h"
+#include "app/frmAbout.h"
+#include "app/frmDefine.h"
+#include "app/frmPrefs.h"
+#include "calc/Basic.h"
+#include "calc/RuntimeError.h"
+#include "calc/UserInterface.h"
+#include "script/RunFlags.h"
+
+namespace gandrel {
+
+static const char* const kCurrentScript = "<current script>";
+static const char* const kScriptFilter = "Script Files (*.DIE *.die);;All Files (*)";
+static const QColor kModifiedBackground(224, 224, 224);
+
+// The design size of the window, used when the stored one is unusable.
+static constexpr int kDesignWidth = 760;
+static constexpr int kDesignHeight = 520;
+
+// Engine texts end their lines with CR LF; the editors want LF.
+static QString ToEditorText(const std::string& text) {
+  QString shown = QString::fromStdString(text);
+  shown.replace("\r\n", "\n");
+  shown.replace('\r', '\n');
+  return shown;
+}
+
+static QPushButton* MakeButton(const QString& caption, QWidget* parent, const char* name) {
+  auto* button = new QPushButton(caption, parent);
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  return button;
+}
+
+frmMain::frmMain(QWidget* parent) : QWidget(parent) {
+  BuildLayout();
+  ConnectHandlers();
+  SetScriptCaption();
+  SetScriptModified(false);
+  SetMainView(this);
+}
+
+frmMain::~frmMain() {
+  SetMainView(nullptr);
+}
+
+void frmMain::BuildLayout() {
+  setObjectName("frmMain");
+  setWindowTitle("Gandrel");
+  setWindowIcon(GandrelIcon());
+
+  comboDieValue = new QComboBox(this);
+  comboDieValue->setObjectName("comboDieValue");
+  comboDieValue->setEditable(true);
+  comboDieValue->setInsertPolicy(QComboBox::NoInsert);
+  comboDieValue->setCompleter(nullptr);
+  comboDieValue->setMaxVisibleItems(20);
+  comboDieValue->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  comboDieValue->setMinimumContentsLength(16);
+  btnRoll = MakeButton(tr("&Roll"), this, "btnRoll");
+  auto* dieValueCaption = new QLabel(tr("Die value:"), this);
+  dieValueCaption->setBuddy(comboDieValue);
+
+  lblResult = new QLabel(this);
+  lblResult->setObjectName("lblResult");
+  lblResult->setTextFormat(Qt::PlainText);
+  lblResult->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  lblResult->setAlignment(Qt::AlignCenter);
+  lblResult->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  lblResult->setMinimumHeight(64);
+  QFont big = lblResult->font();
+  big.setPointSizeF(big.pointSizeF() * 2.6);
+  big.setBold(true);
+  lblResult->setFont(big);
+  chkResults = new QCheckBox(tr("&See All"), this);
+  chkResults->setObjectName("chkResults");
+  txtEachResult = new QPlainTextEdit(this);
+  txtEachResult->setObjectName("txtEachResult");
+  txtEachResult->setReadOnly(true);
+  txtEachResult->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  auto* results = new QWidget(this);
+  auto* resultsLayout = new QVBoxLayout(results);
+  resultsLayout->setContentsMargins(0, 0, 0, 0);
+  resultsLayout->addWidget(lblResult);
+  resultsLayout->addWidget(chkResults);
+  resultsLayout->addWidget(txtEachResult, 1);
+
+  lblScript = new QLabel(this);
+  lblScript->setObjectName("lblScript");
+  lblScript->setTextFormat(Qt::PlainText);
+  lblScript->setAutoFillBackground(true);
+  lblScript->setMargin(2);
+  txtScript = new QPlainTextEdit(this);
+  txtScript->setObjectName("txtScript");
+  txtScript->setLineWrapMode(QPlainTextEdit::NoWrap);
+  btnNewScript = MakeButton(tr("&New"), this, "btnNewScript");
+  btnLoadScript = MakeButton(tr("&Load..."), this, "btnLoadScript");
+  btnSaveScript = MakeButton(tr("Sa&ve..."), this, "btnSaveScript");
+  auto* scriptButtons = new QHBoxLayout;
+  scriptButtons->addWidget(btnNewScript);
+  scriptButtons->addWidget(btnLoadScript);
+  scriptButtons->addWidget(btnSaveScript);
+  scriptButtons->addStretch();
+  auto* script = new QWidget(this);
+  auto* scriptLayout = new QVBoxLayout(script);
+  scriptLayout->setContentsMargins(0, 0, 0, 0);
+  scriptLayout->addWidget(lblScript);
+  scriptLayout->addWidget(txtScript, 1);
+  scriptLayout->addLayout(scriptButtons);
+
+  splitter = new QSplitter(Qt::Horizontal, this);
+  splitter->setObjectName("splitter");
+  splitter->addWidget(results);
+  splitter->addWidget(script);
+  splitter->setChildrenCollapsible(false);
+  // A wider window widens the script editor; the results keep their width.
+  splitter->setStretchFactor(0, 0);
+  splitter->setStretchFactor(1, 1);
+
+  btnPrefs = MakeButton(tr("&Preferences..."), this, "btnPrefs");
+  btnDefine = MakeButton(tr("&Define Die Types..."), this, "btnDefine");
+  btnAbout = MakeButton(tr("&About..."), this, "btnAbout");
+  btnExit = MakeButton(tr("E&xit"), this, "btnExit");
+
+  auto* top = new QHBoxLayout;
+  top->addWidget(dieValueCaption);
+  top->addWidget(comboDieValue, 1);
+  top->addWidget(btnRoll);
+  auto* bottom = new QHBoxLayout;
+  bottom->addWidget(btnPrefs);
+  bottom->addWidget(btnDefine);
+  bottom->addWidget(btnAbout);
+  bottom->addStretch();
+  bottom->addWidget(btnExit);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(top);
+  layout->addWidget(splitter, 1);
+  layout->addLayout(bottom);
+
+  resize(kDesignWidth, kDesignHeight);
+}
+
+void frmMain::ConnectHandlers() {
+  connect(btnRoll, &QPushButton::clicked, this, &frmMain::RollClicked);
+  // Keys reach the box's line edit through the box itself (its focus proxy),
+  // or directly: Enter is caught on both ways.
+  comboDieValue->installEventFilter(this);
+  comboDieValue->lineEdit()->installEventFilter(this);
+  // Only a pick by the user emits activated; rebuilding the list does not.
+  connect(comboDieValue, &QComboBox::activated, this, &frmMain::DieValuePicked);
+
+  connect(chkResults, &QCheckBox::toggled, this, [this](bool on) {
+    settings.SeeAll = on;
+    txtEachResult->setVisible(on);
+  });
+
+  connect(txtScript, &QPlainTextEdit::textChanged, this, [this] { SetScriptModified(true); });
+  txtScript->installEventFilter(this);
+  txtScript->viewport()->installEventFilter(this);
+  connect(btnNewScript, &QPushButton::clicked, this, &frmMain::NewScript);
+  connect(btnLoadScript, &QPushButton::clicked, this, &frmMain::LoadScriptFile);
+  connect(btnSaveScript, &QPushButton::clicked, this, [this] { SaveScriptAs(); });
+
+  connect(btnPrefs, &QPushButton::clicked, this, &frmMain::ShowPrefs);
+  connect(btnDefine, &QPushButton::clicked, this, &frmMain::ShowDefine);
+  connect(btnAbout, &QPushButton::clicked, this, &frmMain::ShowAbout);
+  connect(btnExit, &QPushButton::clicked, this, &QWidget::close);
+
+  // Escape asks a running roll to stop; it reaches here while the roll pumps
+  // events.
+  auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+  connect(escape, &QShortcut::activated, this, [] { runFlags.BreakRequested = true; });
+}
+
+// ---- Start-up and shut-down ------------------------------------------------
+
+void frmMain::Start() {
+  StartUp();
+  ApplySettings();
+  RestorePlacement();
+  show();
+  activateWindow();
+  comboDieValue->setFocus();
+  btnRoll->click();
+}
+
+void frmMain::ApplySettings() {
+  txtEachResult->setFont(ToQFont(settings.Fonts[kResultsFont]));
+  txtScript->setFont(ToQFont(settings.Fonts[kScriptFont]));
+  {
+    QSignalBlocker block(chkResults);
+    chkResults->setChecked(settings.SeeAll);
+  }
+  txtEachResult->setVisible(settings.SeeAll);
+  bool onTop = windowFlags().testFlag(Qt::WindowStaysOnTopHint);
+  if (onTop != settings.OnTop) {
+    bool shown = isVisible();
+    // Changing a window flag hides the window: show it again.
+    setWindowFlag(Qt::WindowStaysOnTopHint, settings.OnTop);
+    if (shown) show();
+  }
+}
+
+void frmMain::RestorePlacement() {
+  const WindowPlacement& place = settings.Main;
+  QRect rect(place.Left, place.Top, place.Width, place.Height);
+  if (rect.width() < minimumSizeHint().width() || rect.height() < minimumSizeHint().height())
+    rect.setSize(QSize(kDesignWidth, kDesignHeight));
+  // A window left on a screen that is gone comes back on the primary one.
+  QScreen* screen = QGuiApplication::screenAt(rect.center());
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  if (screen != nullptr) {
+    QRect available = screen->availableGeometry();
+    if (!available.intersects(rect)) rect.moveTopLeft(available.topLeft() + QPoint(40, 40));
+  }
+  setGeometry(rect);
+  layout()->activate();
+
+  int left = std::clamp(place.Splitter - splitter->x(), 1, std::max(1, splitter->width() - 1));
+  splitter->setSizes({left, std::max(1, splitter->width() - left - splitter->handleWidth())});
+
+  Qt::WindowStates state = windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+  if (place.State == 2) state |= Qt::WindowMaximized;
+  if (place.State == 1) state |= Qt::WindowMinimized;
+  setWindowState(state);
+}
+
+void frmMain::StorePlacement() {
+  WindowPlacement& place = settings.Main;
+  place.State = isMinimized() ? 1 : isMaximized() ? 2 : 0;
+  if (!isMinimized()) {
+    QRect rect = geometry();
+    place.Left = rect.x();
+    place.Top = rect.y();
+    place.Width = rect.width();
+    place.Height = rect.height();
+  }
+  int position = splitter->x() + splitter->sizes().value(0);
+  place.Splitter = static_cast<int16_t>(std::clamp(position, 0, 32767));
+}
+
+bool frmMain::SaveAll() {
+  StorePlacement();
+  return SaveSettings();
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+  if (rolling_) {
+    // Break the roll first; RollClicked closes the window when it has ended.
+    runFlags.BreakRequested = true;
+    closePending_ = true;
+    event->ignore();
+    return;
+  }
+  SaveAll();
+  for (QWidget* window : QApplication::topLevelWidgets())
+    if (window != this && window->isVisible()) window->close();
+  event->accept();
+}
+
+// ---- The roll ----------------------------------------------------------------
+
+void frmMain::RollClicked() {
+  if (rolling_ || runFlags.ScriptRunning) return;
+  rolling_ = true;
+  SetRollControlsEnabled(false);
+  try {
+    RollDieValue();
+  } catch (const BreakSignal&) {
+    // The shell shows a break itself; one that slips past leaves the last result.
+  } catch (const std::exception& error) {
+    MsgBox(std::string("Gandrel could not finish this roll: ") + error.what());
+  }
+  SetRollControlsEnabled(true);
+  rolling_ = false;
+  if (closePending_) {
+    closePending_ = false;
+    close();
+  }
+}
+
+// Enter rolls, then moves the caret as one Left-arrow would (to the start of
+// the selected text). Enter goes no further: the combo box would take it for
+// the pick of an entry whose text equals the typed one.
+void frmMain::RollFromEnter() {
+  RollClicked();
+  QKeyEvent left(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
+  QCoreApplication::sendEvent(comboDieValue->lineEdit(), &left);
+}
+
+void frmMain::SetRollControlsEnabled(bool enabled) {
+  for (QPushButton* button : {btnPrefs, btnDefine, btnNewScript, btnLoadScript, btnSaveScript})
+    button->setEnabled(enabled);
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event) {
+  bool dieValueBox = watched == comboDieValue || watched == comboDieValue->lineEdit();
+  if (dieValueBox && event->type() == QEvent::KeyPress) {
+    int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+      RollFromEnter();
+      return true;
+    }
+  } else if (watched == txtScript && event->type() == QEvent::FocusIn) {
+    Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) ScriptFocused();
+  } else if (watched == txtScript->viewport() && event->type() == QEvent::MouseButtonPress) {
+    ScriptClicked();
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+// ---- MainView ----------------------------------------------------------------
+
+std::string frmMain::DieValueText() const {
+  return comboDieValue->currentText().toStdString();
+}
+
+void frmMain::SetDieValueText(const std::string& text) {
+  comboDieValue->setEditText(QString::fromStdString(text));
+}
+
+void frmMain::SelectAllDieValue() {
+  comboDieValue->lineEdit()->selectAll();
+}
+
+void frmMain::SetResultText(const std::string& text) {
+  lblResult->setText(QString::fromStdString(text));
+}
+
+void frmMain::SetEachResultText(const std::string& text) {
+  txtEachResult->setPlainText(ToEditorText(LimitShownText(text)));
+}
+
+void frmMain::SetClipboardText(const std::string& text) {
+  QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+}
+
+// Rebuilding the list must neither run the pick handler nor change the text
+// in the box (adding to an empty list would put the entry there).
+void frmMain::ClearDieList() {
+  QSignalBlocker block(comboDieValue);
+  QString text = comboDieValue->currentText();
+  comboDieValue->clear();
+  comboDieValue->setEditText(text);
+}
+
+void frmMain::AddDieListItem(const std::string& item) {
+  QSignalBlocker block(comboDieValue);
+  QString text = comboDieValue->currentText();
+  comboDieValue->addItem(QString::fromStdString(item));
+  if (comboDieValue->currentText() != text) comboDieValue->setEditText(text);
+}
+
+std::string frmMain::ScriptText() const {
+  return txtScript->toPlainText().replace("\n", "\r\n").toStdString();
+}
+
+// ---- The die-value list ------------------------------------------------------
+
+// A picked entry never rolls. A die value that is no script file clears the
+// editor; a script file that exists is loaded into it.
+void frmMain::DieValuePicked(int index) {
+  std::string picked = Trim(comboDieValue->itemText(index).toStdString());
+  if (InStr(LCase(picked), ".die") == 0) {
+    txtScript->clear();
+    scriptFileName_.clear();
+    SetScriptCaption();
+    SetScriptModified(false);
+    return;
+  }
+  // File names keep their letter case: Linux file systems tell case apart.
+  if (FileIsMissing(picked)) return;
+  std::string previous = scriptFileName_;
+  scriptFileName_ = picked;
+  if (!LoadScriptText()) {
+    scriptFileName_ = previous;
+    return;
+  }
+  SetScriptModified(false);
+}
+
+// ---- Dialogs -----------------------------------------------------------------
+
+void frmMain::ShowPrefs() {
+  if (rolling_) return;
+  frmPrefs dialog(this);
+  connect(&dialog, &frmPrefs::applied, this, [this] {
+    ApplySettings();
+    StorePlacement();
+  });
+  dialog.exec();
+}
+
+void frmMain::ShowDefine() {
+  if (rolling_) return;
+  frmDefine dialog(this);
+  connect(&dialog, &frmDefine::applied, this, &frmMain::StorePlacement);
+  dialog.exec();
+}
+
+void frmMain::ShowAbout() {
+  frmAbout dialog(this);
+  dialog.exec();
+}
+
+// ---- The script editor -------------------------------------------------------
+
+void frmMain::SetScriptModified(bool modified) {
+  scriptModified_ = modified;
+  QPalette palette = lblScript->palette();
+  palette.setColor(QPalette::Window,
+                   modified ? kModifiedBackground : QApplication::palette().color(QPalette::Base));
+  lblScript->setPalette(palette);
+}
+
+void frmMain::SetScriptCaption() {
+  lblScript->setText(scriptFileName_.empty()
+                         ? QString("Script")
+                         : QString::fromStdString("Script -- " + scriptFileName_));
+}
+
+void frmMain::ScriptFocused() {
+  if (scriptFileName_.empty() && DieValueText() != kCurrentScript) SetDieValueText(kCurrentScript);
+}
+
+void frmMain::ScriptClicked() {
+  if (scriptFileName_.empty()) SetDieValueText(kCurrentScript);
+  if (!scriptFileName_.empty() &&
+      comboDieValue->findText(QString::fromStdString(scriptFileName_),
+                              Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0)
+    SetDieValueText(scriptFileName_);
+}
+
+static MsgAnswer AskToSave(const std::string& question) {
+  return UI().ShowMessage(question, MsgButtons::YesNoCancel, MsgIcon::Critical, kAppTitle);
+}
+
+void frmMain::NewScript() {
+  if (scriptModified_) {
+    MsgAnswer answer = AskToSave("Do you want to save the current script before clearing it?");
+    if (answer == MsgAnswer::Cancel) return;
+    // A save dialog cancelled after Yes still lets New go on.
+    if (answer == MsgAnswer::Yes) SaveScriptAs();
+  }
+  txtScript->clear();
+  scriptFileName_.clear();
+  SetScriptCaption();
+  SetScriptModified(false);
+}
+
+static QString DialogStart(const std::string& fileName) {
+  return QDir::current().filePath(QString::fromStdString(fileName));
+}
+
+void frmMain::LoadScriptFile() {
+  if (scriptModified_) {
+    MsgAnswer answer =
+        AskToSave("Do you want to save the current script before loading a new one?");
+    if (answer == MsgAnswer::Cancel) return;
+    if (answer == MsgAnswer::Yes) SaveScriptAs();
+  }
+  QString chosen = QFileDialog::getOpenFileName(this, tr("Load Script"),
+                                                DialogStart(scriptFileName_), kScriptFilter);
+  if (chosen.isEmpty()) return;
+  std::string previous = scriptFileName_;
+  scriptFileName_ = ScriptNameFor(chosen.toStdString(), QDir::currentPath().toStdString());
+  if (!LoadScriptText()) {
+    scriptFileName_ = previous;
+    return;
+  }
+  SetScriptModified(false);
+  std::string listed = scriptFileName_;
+  AddToHistory(listed);
+  int index = comboDieValue->findText(QString::fromStdString(scriptFileName_),
+                                      Qt::MatchExactly | Qt::MatchCaseSensitive);
+  if (index >= 0) {
+    comboDieValue->setCurrentIndex(index);
+    DieValuePicked(index);
+  }
+}
+
+bool frmMain::SaveScriptAs() {
+  QString chosen =
+      QFileDialog::getSaveFileName(this, tr("Save Script As"), DialogStart(scriptFileName_),
+                                   kScriptFilter, nullptr, QFileDialog::DontConfirmOverwrite);
+  if (chosen.isEmpty()) return false;
+  std::string name = WithScriptExtension(Trim(chosen.toStdString()));
+  if (!FileIsMissing(name)) {
+    MsgAnswer answer = AskToSave(name + "\nThis script already exists. Overwrite it?");
+    if (answer != MsgAnswer::Yes) return false;
+  }
+  std::string previous = scriptFileName_;
+  scriptFileName_ = ScriptNameFor(name, QDir::currentPath().toStdString());
+  if (!SaveScriptText()) {
+    scriptFileName_ = previous;
+    SetScriptCaption();
+    return false;
+  }
+  SetScriptModified(false);
+  std::string listed = scriptFileName_;
+  AddToHistory(listed);
+  return true;
+}
+
+bool frmMain::LoadScriptText() {
+  std::string content, reason;
+  if (!ReadTextFile(scriptFileName_, content, reason)) {
+    UI().ShowMessage("Gandrel could not read the script " + scriptFileName_ + ": " + reason,
+                     MsgButtons::Ok, MsgIcon::Critical, kAppTitle);
+    return false;
+  }
+  txtScript->setPlainText(ToEditorText(JoinScriptLines(SplitLines(content))));
+  SetScriptCaption();
+  return true;
+}
+
+bool frmMain::SaveScriptText() {
+  std::vector<std::string> lines = SplitScriptLines(ScriptText());
+  std::string reason;
+  if (!WriteTextFileAtomic(scriptFileName_, ScriptFileContents(lines), reason)) {
+    UI().ShowMessage("Gandrel could not save the script " + scriptFileName_ + ": " + reason,
+                     MsgButtons::Ok, MsgIcon::Critical, kAppTitle);
+    return false;
+  }
+  // The editor shows what was saved: trailing blanks gone, a line end last.
+  int caret = txtScript->textCursor().position();
+  txtScript->setPlainText(ToEditorText(JoinScriptLines(lines)));
+  QTextCursor cursor = txtScript->textCursor();
+  cursor.setPosition(std::min(caret, txtScript->document()->characterCount() - 1));
+  txtScript->setTextCursor(cursor);
+  SetScriptCaption();
+  return true;
+}
+
+}  // namespace gandrel

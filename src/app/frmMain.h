@@ -1,0 +1,115 @@
+// frmMain: Gandrel's main window.
+//
+// The die-value box with its history, the Roll button, the result and the
+// each-result text, the script editor with its New, Load and Save buttons,
+// and the buttons for Preferences, Define Die Types, About and Exit. It is
+// the MainView through which the shell makes a roll, and it keeps one roll at
+// a time: while a roll runs (and pumps events) Roll and Enter are ignored and
+// the buttons that would start something else are disabled. Closing the
+// window breaks a running roll first, then saves the settings and closes
+// every other window of Gandrel.
+#pragma once
+
+#include <QWidget>
+#include <string>
+
+#include "app/modGandrel.h"
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+class QSplitter;
+
+namespace gandrel {
+
+class frmMain : public QWidget, public MainView {
+  Q_OBJECT
+
+ public:
+  explicit frmMain(QWidget* parent = nullptr);
+  ~frmMain() override;
+
+  // Start-up: StartUp(), the settings applied to the window, the window shown
+  // where it was left, the first roll, the die-value box focused.
+  void Start();
+
+  // ---- MainView ----
+  std::string DieValueText() const override;
+  void SetDieValueText(const std::string& text) override;
+  void SelectAllDieValue() override;
+  void SetResultText(const std::string& text) override;
+  // Shows at most about 1 MB of the text (see LimitShownText).
+  void SetEachResultText(const std::string& text) override;
+  void SetClipboardText(const std::string& text) override;
+  void ClearDieList() override;
+  void AddDieListItem(const std::string& item) override;
+  std::string ScriptText() const override;
+
+  // The Roll button's handler: one roll, unless one is running already.
+  void RollClicked();
+  bool Rolling() const { return rolling_; }
+
+  // The fonts, See All and stay-on-top of the settings, applied.
+  void ApplySettings();
+  // The window's place, size, state and splitter into settings.Main, and back.
+  void StorePlacement();
+  void RestorePlacement();
+  // StorePlacement, then SaveSettings.
+  bool SaveAll();
+
+  // The script editor's file: "" when none is loaded.
+  const std::string& ScriptFileName() const { return scriptFileName_; }
+  bool ScriptModified() const { return scriptModified_; }
+  void NewScript();
+  void LoadScriptFile();
+  // False when the user cancelled the file dialog or the overwrite question.
+  bool SaveScriptAs();
+  // The editor loaded from / saved to ScriptFileName(). False when the file
+  // could not be read or written (the user has been told).
+  bool LoadScriptText();
+  bool SaveScriptText();
+
+  // Controls, named as the rest of Gandrel names them.
+  QComboBox* comboDieValue;
+  QPushButton* btnRoll;
+  QLabel* lblResult;
+  QCheckBox* chkResults;
+  QPlainTextEdit* txtEachResult;
+  QLabel* lblScript;
+  QPlainTextEdit* txtScript;
+  QPushButton* btnNewScript;
+  QPushButton* btnLoadScript;
+  QPushButton* btnSaveScript;
+  QPushButton* btnPrefs;
+  QPushButton* btnDefine;
+  QPushButton* btnAbout;
+  QPushButton* btnExit;
+  QSplitter* splitter;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void BuildLayout();
+  void ConnectHandlers();
+  void DieValuePicked(int index);
+  void ShowPrefs();
+  void ShowDefine();
+  void ShowAbout();
+  void SetRollControlsEnabled(bool enabled);
+  void SetScriptModified(bool modified);
+  void SetScriptCaption();
+  void ScriptClicked();
+  void ScriptFocused();
+  void RollFromEnter();
+
+  bool rolling_ = false;
+  bool closePending_ = false;
+  bool scriptModified_ = false;
+  std::string scriptFileName_;
+};
+
+}  // namespace gandrel

@@ -1,0 +1,150 @@
+#include "app/frmPrefs.h"
+
+#include <QCheckBox>
+#include <QFontDialog>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+#include "app/DialogModels.h"
+#include "app/QtEntryList.h"
+#include "app/QtFonts.h"
+#include "app/modGandrel.h"
+#include "calc/Basic.h"
+#include "calc/UserInterface.h"
+
+namespace gandrel {
+
+static const char* const kFontTitles[3] = {"Results font", "Script font", "Output font"};
+
+static QCheckBox* MakeCheck(const QString& caption, bool checked, QWidget* parent) {
+  auto* box = new QCheckBox(caption, parent);
+  box->setChecked(checked);
+  return box;
+}
+
+static QSpinBox* MakeSpin(int low, int high, int value, QWidget* parent) {
+  auto* spin = new QSpinBox(parent);
+  spin->setRange(low, high);
+  spin->setValue(value);
+  return spin;
+}
+
+frmPrefs::frmPrefs(QWidget* parent) : QDialog(parent) {
+  setObjectName("frmPrefs");
+  setWindowTitle(tr("Preferences"));
+
+  txtDieType = new QLineEdit(QString::fromStdString(settings.DieType), this);
+  txtDieType->setToolTip(
+      tr("The die a bare \"d\" rolls: a size such as 6, or a die type such as dfate"));
+  chkLongResults = MakeCheck(tr("&Long results: list every die"), settings.LongResults, this);
+  spinMargin = MakeSpin(0, 99, settings.MarginIncrement, this);
+  auto* rolling = new QGroupBox(tr("Rolling"), this);
+  auto* rollingForm = new QFormLayout(rolling);
+  rollingForm->addRow(tr("De&fault die:"), txtDieType);
+  rollingForm->addRow(chkLongResults);
+  rollingForm->addRow(tr("&Indent width:"), spinMargin);
+
+  chkAddDice = MakeCheck(tr("&Put rolled die values in the history"), settings.AddDice, this);
+  chkNewFirst = MakeCheck(tr("&New entries at the top"), settings.NewFirst, this);
+  spinKeepNum = MakeSpin(0, 32767, settings.KeepNum, this);
+  chkKeepAlways = MakeCheck(tr("Always-add items &stay in place"), settings.KeepAlways, this);
+  auto* history = new QGroupBox(tr("History"), this);
+  auto* historyForm = new QFormLayout(history);
+  historyForm->addRow(chkAddDice);
+  historyForm->addRow(chkNewFirst);
+  historyForm->addRow(tr("&Keep entries:"), spinKeepNum);
+  historyForm->addRow(chkKeepAlways);
+
+  chkOnTop = MakeCheck(tr("Stay on top of other win&dows"), settings.OnTop, this);
+  auto* window = new QGroupBox(tr("Window"), this);
+  auto* windowForm = new QFormLayout(window);
+  windowForm->addRow(chkOnTop);
+  const QString fontLabels[3] = {tr("&Results:"), tr("S&cript:"), tr("Outpu&t:")};
+  for (int i = 0; i < 3; ++i) {
+    fonts[i] = settings.Fonts[i];
+    btnFont[i] = new QPushButton(this);
+    btnFont[i]->setAutoDefault(false);
+    ShowFont(i);
+    connect(btnFont[i], &QPushButton::clicked, this, [this, i] { ChooseFont(i); });
+    windowForm->addRow(fontLabels[i], btnFont[i]);
+  }
+
+  lstAlwaysAdd = new QtEntryList(true, CheckAlwaysAddItem, this);
+  std::vector<std::string> items;
+  for (size_t i = 1; i < AlwaysAddItems.size(); ++i)
+    items.push_back(AlwaysAddItems[i]);
+  lstAlwaysAdd->SetEntries(items);
+  auto* always = new QGroupBox(tr("Always-add items (always in the die-value list)"), this);
+  auto* alwaysLayout = new QVBoxLayout(always);
+  alwaysLayout->addWidget(lstAlwaysAdd);
+
+  cmdOkay = new QPushButton(tr("&Okay"), this);
+  cmdOkay->setAutoDefault(false);
+  cmdCancel = new QPushButton(tr("Cancel"), this);
+  cmdCancel->setAutoDefault(false);
+  connect(cmdOkay, &QPushButton::clicked, this, [this] {
+    if (Apply()) accept();
+  });
+  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+
+  auto* left = new QVBoxLayout;
+  left->addWidget(rolling);
+  left->addWidget(history);
+  left->addWidget(window);
+  left->addStretch();
+  auto* columns = new QHBoxLayout;
+  columns->addLayout(left);
+  columns->addWidget(always, 1);
+  auto* buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(cmdOkay);
+  buttons->addWidget(cmdCancel);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(columns, 1);
+  layout->addLayout(buttons);
+}
+
+void frmPrefs::ShowFont(int index) {
+  btnFont[index]->setText(DescribeFont(fonts[index]).replace("&", "&&"));
+  btnFont[index]->setFont(ToQFont(fonts[index]));
+}
+
+void frmPrefs::ChooseFont(int index) {
+  bool chosen = false;
+  QFont font = QFontDialog::getFont(&chosen, ToQFont(fonts[index]), this,
+                                    QString::fromUtf8(kFontTitles[index]));
+  if (!chosen) return;
+  fonts[index] = FromQFont(font);
+  ShowFont(index);
+}
+
+bool frmPrefs::Apply() {
+  std::string dieType = Trim(txtDieType->text().toStdString());
+  if (dieType.empty()) {
+    MsgBox("Please give a default die, such as 6.");
+    txtDieType->setFocus();
+    return false;
+  }
+  settings.DieType = dieType;
+  settings.AddDice = chkAddDice->isChecked();
+  settings.NewFirst = chkNewFirst->isChecked();
+  settings.KeepNum = static_cast<int16_t>(spinKeepNum->value());
+  settings.KeepAlways = chkKeepAlways->isChecked();
+  settings.LongResults = chkLongResults->isChecked();
+  settings.MarginIncrement = static_cast<int16_t>(spinMargin->value());
+  settings.OnTop = chkOnTop->isChecked();
+  for (int i = 0; i < 3; ++i)
+    settings.Fonts[i] = fonts[i];
+  ApplyAlwaysAddItems(lstAlwaysAdd->Entries());
+  emit applied();
+  SaveSettings();
+  return true;
+}
+
+}  // namespace gandrel
