@@ -1,0 +1,204 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "ShellFixture.h"
+#include "app/Settings.h"
+#include "app/modINI.h"
+#include "dice/modDiceCalc.h"
+
+namespace gandrel::testing {
+namespace {
+
+using Items = std::vector<std::string>;
+namespace fs = std::filesystem;
+
+class SettingsTest : public ShellTest {};
+
+const char* const kNewIni =
+    "[location]\nleft=120\ntop=80\nwidth=760\nheight=520\n\n"
+    "[Flags]\nState=0\nOnTop=0\nSeeAll=0\n\n"
+    "[Fonts]\nResultsName=MS Sans Serif\nResultsSize=8.25\nResultsBold=0\nResultsItalic=0\n"
+    "ScriptName=MS Sans Serif\nScriptSize=8.25\nScriptBold=-1\nScriptItalic=0\n"
+    "OutputName=MS Sans Serif\nOutputSize=12\nOutputBold=0\nOutputItalic=0\n\n"
+    "[splitter]\nvalue=380\n\n"
+    "[Settings]\nDieType=6\nAddDice=-1\nNewFirst=0\nKeepNum=10\nKeepAlways=0\n"
+    "LongResults=-1\nMarginIncrement=4\n";
+
+TEST_F(SettingsTest, FirstStartWithoutFiles) {
+  StartUp();
+  EXPECT_EQ(view.dieValue, "3d6");
+  EXPECT_TRUE(view.list.empty());
+  EXPECT_TRUE(SaveSettings());
+  EXPECT_EQ(ReadFile("gandrel.ini"), kNewIni);
+  EXPECT_EQ(ReadFile("gandrel.def"),
+            "; This file contains the Die Definitions and Always Add items\r\n"
+            "; that you have defined for Gandrel, so don't delete it!\r\n");
+}
+
+TEST_F(SettingsTest, RoundTrip) {
+  AppSettings& s = settings;
+  s.DieType = "d10";
+  s.LongResults = false;
+  s.AddDice = false;
+  s.NewFirst = true;
+  s.KeepNum = 7;
+  s.KeepAlways = true;
+  s.MarginIncrement = 9;
+  s.OnTop = true;
+  s.SeeAll = true;
+  s.Main = {-5, 6, 1000, 900, 2, 444};
+  s.Fonts[0] = {"DejaVu Sans", 10.5f, true, true};
+  s.Fonts[1] = {"Mono", 8.3f, false, true};
+  s.Fonts[2] = {"Serif", 0.75f, true, false};
+  AppSettings saved = s;
+  ASSERT_TRUE(SaveSettings());
+  ResetSettings();
+  ResetIni();
+  LoadSettings();
+  EXPECT_EQ(s.DieType, saved.DieType);
+  EXPECT_EQ(
+      std::vector<bool>({s.LongResults, s.AddDice, s.NewFirst, s.KeepAlways, s.OnTop, s.SeeAll}),
+      std::vector<bool>({false, false, true, true, true, true}));
+  EXPECT_EQ(s.KeepNum, 7);
+  EXPECT_EQ(s.MarginIncrement, 9);
+  EXPECT_EQ(std::vector<int>({s.Main.Left, s.Main.Top, s.Main.Width, s.Main.Height, s.Main.State,
+                              s.Main.Splitter}),
+            std::vector<int>({-5, 6, 1000, 900, 2, 444}));
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(s.Fonts[i].Name, saved.Fonts[i].Name);
+    EXPECT_EQ(s.Fonts[i].Size, saved.Fonts[i].Size);
+    EXPECT_EQ(s.Fonts[i].Bold, saved.Fonts[i].Bold);
+    EXPECT_EQ(s.Fonts[i].Italic, saved.Fonts[i].Italic);
+  }
+  EXPECT_NE(ReadFile("gandrel.ini").find("ScriptSize=8.3\n"), std::string::npos);
+}
+
+TEST_F(SettingsTest, MinimisedWindowKeepsItsPlace) {
+  WriteFile("gandrel.ini", "[location]\nleft=11\n");
+  settings.Main.State = 1;
+  settings.Main.Left = 99;
+  ASSERT_TRUE(SaveSettings());
+  EXPECT_EQ(ReadFile("gandrel.ini").rfind("[location]\nleft=11\n\n[Flags]\nState=1\n", 0), 0u);
+  LoadSettings();
+  EXPECT_EQ(settings.Main.Left, 99);  // not read while minimised
+}
+
+TEST_F(SettingsTest, OddValues) {
+  WriteFile("gandrel.ini",
+            "[location]\nleft=abc\ntop=12.6\nwidth=1E400\nheight=1E12\n[Flags]\nState=7\n"
+            "OnTop=1\n[Fonts]\nResultsSize=big\nScriptSize=1E300\n[Settings]\nKeepNum=-5\n"
+            "MarginIncrement=70000\n");
+  LoadSettings();
+  EXPECT_EQ(settings.Main.Left, 0);
+  EXPECT_EQ(settings.Main.Top, 13);
+  EXPECT_EQ(settings.Main.Width, WindowPlacement{}.Width);
+  EXPECT_EQ(settings.Main.Height, WindowPlacement{}.Height);
+  EXPECT_EQ(settings.Main.State, 0);
+  EXPECT_TRUE(settings.OnTop);
+  EXPECT_EQ(settings.Fonts[0].Size, 0.0f);
+  EXPECT_GT(settings.Fonts[1].Size, 1e38f);
+  EXPECT_EQ(settings.KeepNum, 0);
+  EXPECT_EQ(settings.MarginIncrement, 32767);
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(SettingsTest, StartUpReadsDatThenDefThenIni) {
+  WriteFile("gandrel.dat", "4dF\n4df ; twice\nDIE=10\nDefine Fate = -1 to 1\n");
+  WriteFile("gandrel.def",
+            "3d6+2 ; my favourite\r\n4DF\r\nDIE=10\r\ndefine fate = 1 to -2\r\n"
+            "a\r\nb\r\nc\r\n");
+  WriteFile("gandrel.ini", "[Settings]\nKeepNum=2\n");
+  StartUp();
+  EXPECT_EQ(settings.DieType, "10");
+  EXPECT_EQ(Entries(AlwaysAddItems), (Items{"4df", "4df", "3d6+2", "DIE=10", "a", "b", "c"}));
+  EXPECT_EQ(Entries(DieHistory), Entries(AlwaysAddItems));
+  EXPECT_EQ(view.list, (Items{"4df", "4df", "4df", "4df", "3d6+2", "DIE=10", "a", "b", "c"}));
+  EXPECT_EQ(view.dieValue, "4df");
+  EXPECT_EQ(settings.KeepNum, 7);
+  ASSERT_EQ(Define.size(), 2u);
+  EXPECT_EQ(Define[1].Name, "dfate");
+  EXPECT_EQ(Define[1].Lo, -2);
+  ASSERT_TRUE(SaveSettings());
+  EXPECT_NE(ReadFile("gandrel.ini").find("KeepNum=7\n"), std::string::npos);
+}
+
+TEST_F(SettingsTest, IniDieTypeWinsOverDat) {
+  WriteFile("gandrel.dat", "die=10\n");
+  WriteFile("gandrel.ini", "[Settings]\nDieType=d8\n");
+  StartUp();
+  EXPECT_EQ(settings.DieType, "d8");
+}
+
+TEST_F(SettingsTest, DefinitionsReadAndWritten) {
+  WriteFile("gandrel.def",
+            "\xEF\xBB\xBF; comment only\n\n   \nDefined dx = 1,2\ndefine stat = 1,2,3,4,5,6\n"
+            "define big = 1 to 99999999999\nx;y\ndefine d4 = 4 to 1\n");
+  ReadDefinitions(PathOf("gandrel.def"));
+  EXPECT_EQ(Entries(AlwaysAddItems), Items{"x"});
+  ASSERT_EQ(ui.messages.size(), 1u);
+  EXPECT_EQ(ui.messages[0].text.rfind("Gandrel skipped a die type it could not read in ", 0), 0u);
+  EXPECT_EQ(DefinitionsText(),
+            "; This file contains the Die Definitions and Always Add items\r\n"
+            "; that you have defined for Gandrel, so don't delete it!\r\n"
+            "define d4 = 1 to 4\r\n"
+            "define dstat = 1,2,3,4,5,6\r\ndefine d dx = 1,2\r\nx\r\n");
+}
+
+TEST_F(SettingsTest, FileIsMissing) {
+  WriteFile("empty", "");
+  WriteFile("full", "x");
+  fs::create_directory(PathOf("dir"));
+  struct Case {
+    std::string path;
+    bool missing, existsAfter;
+  } cases[] = {
+      {PathOf("empty"), true, false},
+      {PathOf("full"), false, true},
+      {PathOf("absent"), true, false},
+      {PathOf("dir"), true, true},
+      {"./" + fs::relative(PathOf("full")).string(), true, true},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(FileIsMissing(c.path), c.missing) << c.path;
+    EXPECT_EQ(fs::exists(c.path), c.existsAfter) << c.path;
+  }
+}
+
+TEST_F(SettingsTest, UnwritableFolderIsToldAndNothingBreaks) {
+  SetAppDirectory("/proc/gandrel-nowhere");
+  EXPECT_FALSE(SaveSettings());
+  ASSERT_EQ(ui.messages.size(), 2u);
+  EXPECT_EQ(ui.messages[0].text.rfind("Gandrel could not save its settings to ", 0), 0u);
+  EXPECT_EQ(ui.messages[1].text.rfind("Gandrel could not save its die types to ", 0), 0u);
+}
+
+TEST_F(SettingsTest, FileInTheWayIsLeftIntact) {
+  fs::create_directories(PathOf("gandrel.def/keep"));
+  EXPECT_FALSE(SaveSettings());
+  EXPECT_EQ(ui.Texts().size(), 1u);
+  EXPECT_TRUE(fs::exists(PathOf("gandrel.def/keep")));
+  EXPECT_EQ(ReadFile("gandrel.ini"), kNewIni);
+  int files = 0;
+  for (const auto& entry : fs::directory_iterator(folder))
+    files += entry.exists();
+  EXPECT_EQ(files, 2);  // no temporary file left behind
+}
+
+TEST_F(SettingsTest, ReadOnlyFolderKeepsTheOldFiles) {
+  if (geteuid() == 0) GTEST_SKIP() << "root writes into read-only folders";
+  WriteFile("gandrel.ini", "[Flags]\nOnTop=-1\n");
+  WriteFile("gandrel.def", "x\n");
+  fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_FALSE(SaveSettings());
+  fs::permissions(folder, fs::perms::owner_all);
+  EXPECT_EQ(ui.messages.size(), 2u);
+  EXPECT_EQ(ReadFile("gandrel.ini"), "[Flags]\nOnTop=-1\n");
+  EXPECT_EQ(ReadFile("gandrel.def"), "x\n");
+}
+
+}  // namespace
+}  // namespace gandrel::testing

@@ -1,0 +1,53 @@
+// A clean shell for each test: the engine fixture, a recording main view, an
+// empty history and a fresh temporary folder as the application's folder.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/modGandrel.h"
+#include "support/EngineFixture.h"
+
+namespace gandrel::testing {
+
+class FakeView : public MainView {
+ public:
+  std::string dieValue, result, eachResult, clipboard;
+  std::vector<std::string> list;
+  int selectAlls = 0;
+  int listClears = 0;
+
+  std::string DieValueText() const override { return dieValue; }
+  void SetDieValueText(const std::string& text) override { dieValue = text; }
+  void SelectAllDieValue() override { ++selectAlls; }
+  void SetResultText(const std::string& text) override { result = text; }
+  void SetEachResultText(const std::string& text) override { eachResult = text; }
+  void SetClipboardText(const std::string& text) override { clipboard = text; }
+  void ClearDieList() override {
+    list.clear();
+    ++listClears;
+  }
+  void AddDieListItem(const std::string& item) override { list.push_back(item); }
+  std::string ScriptText() const override { return ""; }
+};
+
+class ShellTest : public EngineTest {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  // A file of the application's folder.
+  std::string PathOf(const std::string& name) const { return folder + "/" + name; }
+  void WriteFile(const std::string& name, const std::string& content) const;
+  std::string ReadFile(const std::string& name) const;
+  // Entries 1..count of a 1-based list.
+  static std::vector<std::string> Entries(const std::vector<std::string>& list);
+
+  FakeView view;
+  std::string folder;
+};
+
+// A fresh folder under the system's temporary folder, removed by the caller.
+std::string MakeTempFolder();
+
+}  // namespace gandrel::testing
