@@ -1,0 +1,148 @@
+#include "cli/CliOptions.h"
+
+#include <charconv>
+#include <cstdint>
+#include <string_view>
+#include <system_error>
+
+namespace gandrel::cli {
+
+namespace {
+
+constexpr long kMaxRepeat = 2147483647;
+
+struct OptionText {
+  std::string name;   // "--seed", "-n"
+  std::string value;  // the text after "=" or glued to a short option
+  bool hasValue = false;
+};
+
+}  // namespace
+
+static bool IsLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+static bool LooksLikeOption(std::string_view arg) {
+  return arg.size() >= 2 && arg[0] == '-' && (arg[1] == '-' || IsLetter(arg[1]));
+}
+
+static OptionText SplitOption(const std::string& arg) {
+  OptionText option;
+  if (arg.rfind("--", 0) == 0) {
+    size_t eq = arg.find('=');
+    option.name = arg.substr(0, eq);
+    if (eq != std::string::npos) {
+      option.value = arg.substr(eq + 1);
+      option.hasValue = true;
+    }
+  } else {
+    option.name = arg.substr(0, 2);
+    if (arg.size() > 2) {
+      option.value = arg.substr(2);
+      option.hasValue = true;
+    }
+  }
+  return option;
+}
+
+// Only plain digits: no sign, no blank, nothing after them.
+static bool ReadWhole(const std::string& text, uint64_t& value) {
+  if (text.empty() || text[0] < '0' || text[0] > '9') return false;
+  auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+static std::string SetSeed(const std::string& text, CliOptions& options) {
+  uint64_t seed;
+  if (!ReadWhole(text, seed))
+    return "'" + text + "' is not a seed: give a whole number from 0 to 18446744073709551615";
+  options.seed = seed;
+  return "";
+}
+
+static std::string SetRepeat(const std::string& text, CliOptions& options) {
+  uint64_t count;
+  if (!ReadWhole(text, count) || count < 1 || count > static_cast<uint64_t>(kMaxRepeat))
+    return "'" + text + "' is not a repeat count: give a whole number from 1 to " +
+           std::to_string(kMaxRepeat);
+  options.repeat = static_cast<long>(count);
+  return "";
+}
+
+std::string ParseCliOptions(const std::vector<std::string>& args, CliOptions& options) {
+  for (size_t i = 0; i < args.size(); ++i) {
+    const std::string& arg = args[i];
+    if (arg == "--") {
+      options.dieValues.insert(options.dieValues.end(), args.begin() + static_cast<long>(i) + 1,
+                               args.end());
+      break;
+    }
+    if (!LooksLikeOption(arg)) {
+      options.dieValues.push_back(arg);
+      continue;
+    }
+    OptionText option = SplitOption(arg);
+    const std::string& name = option.name;
+    bool takesValue = name == "--seed" || name == "-n" || name == "--repeat" || name == "--config";
+    bool isFlag = name == "-q" || name == "--quiet" || name == "--json" || name == "-h" ||
+                  name == "--help" || name == "--version";
+    if (!takesValue && !isFlag) {
+      return "unknown option '" + arg + "' (write -- before a die value that begins with '-')";
+    }
+    if (isFlag && option.hasValue) return "option '" + name + "' takes no value";
+    if (takesValue && !option.hasValue) {
+      if (i + 1 >= args.size()) return "option '" + name + "' needs a value";
+      option.value = args[++i];
+    }
+    std::string problem;
+    if (name == "-q" || name == "--quiet") {
+      options.quiet = true;
+    } else if (name == "--json") {
+      options.json = true;
+    } else if (name == "-h" || name == "--help") {
+      options.help = true;
+    } else if (name == "--version") {
+      options.version = true;
+    } else if (name == "--seed") {
+      problem = SetSeed(option.value, options);
+    } else if (name == "-n" || name == "--repeat") {
+      problem = SetRepeat(option.value, options);
+    } else {
+      if (option.value.empty()) return "option '" + name + "' needs a folder";
+      options.configDir = option.value;
+    }
+    if (!problem.empty()) return problem;
+  }
+  return "";
+}
+
+std::string CliHelpText() {
+  return "Usage: gandrel-cli [options] [DIE VALUE ...]\n"
+         "Rolls each die value (3d6+2, d20, 4dfudge, 2d6>7, ...) and prints the result,\n"
+         "then every die rolled. With no die value, reads die values from standard\n"
+         "input, one per line.\n"
+         "\n"
+         "Options:\n"
+         "  -q, --quiet       print only the result lines\n"
+         "      --json        print one JSON object per roll, with the keys \"dieValue\",\n"
+         "                    \"result\", \"details\" and \"clipboard\"\n"
+         "      --seed N      reproducible rolls from the whole number N\n"
+         "  -n, --repeat N    roll each die value N times\n"
+         "      --config DIR  read gandrel.ini, gandrel.def and gandrel.dat from DIR\n"
+         "  -h, --help        show this help and exit\n"
+         "      --version     show the version and exit\n"
+         "\n"
+         "Write -- before die values that begin with '-'. The settings and die types\n"
+         "are those of the Gandrel window; gandrel-cli never changes them.\n"
+         "\n"
+         "Exit status: 0 when every roll gave a result, 1 when a roll ended in\n"
+         "<error>, <calc error>, <script error> or <break>, 2 for a usage error.\n"
+         "Ctrl-C breaks the roll under way and stops; a second Ctrl-C ends at once.\n";
+}
+
+std::string CliVersionText() {
+  return std::string("gandrel-cli ") + GANDREL_VERSION + "\n";
+}
+
+}  // namespace gandrel::cli

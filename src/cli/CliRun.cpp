@@ -1,0 +1,257 @@
+#include "cli/CliRun.h"
+
+#include <signal.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "app/modGandrel.h"
+#include "calc/UserInterface.h"
+#include "cli/CliJson.h"
+#include "dice/Random.h"
+#include "script/RunFlags.h"
+
+namespace gandrel::cli {
+
+namespace {
+
+volatile std::sig_atomic_t interrupts = 0;
+
+extern "C" void OnInterrupt(int) {
+  if (interrupts) {
+    std::signal(SIGINT, SIG_DFL);
+    std::raise(SIGINT);
+    return;
+  }
+  interrupts = 1;
+}
+
+// Line breaks of any kind (CR LF, LF, CR) as LF.
+std::string UnixLines(const std::string& text) {
+  if (text.find('\r') == std::string::npos) return text;
+  std::string out;
+  out.reserve(text.size());
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\r') {
+      out += text[i];
+    } else if (i + 1 < text.size() && text[i + 1] == '\n') {
+      // The LF that follows is the break.
+    } else {
+      out += '\n';
+    }
+  }
+  return out;
+}
+
+// The main window as the terminal keeps it: the texts of the last roll.
+class TerminalView final : public MainView {
+ public:
+  std::string dieValue, result, eachResult, clipboard;
+
+  std::string DieValueText() const override { return dieValue; }
+  void SetDieValueText(const std::string& text) override { dieValue = text; }
+  void SelectAllDieValue() override {}
+  void SetResultText(const std::string& text) override { result = text; }
+  void SetEachResultText(const std::string& text) override { eachResult = text; }
+  void SetClipboardText(const std::string& text) override { clipboard = text; }
+  // The terminal shows no drop-down list; the history is kept by the shell.
+  void ClearDieList() override {}
+  void AddDieListItem(const std::string&) override {}
+  std::string ScriptText() const override { return ""; }
+};
+
+// Messages go to standard error; Ctrl-C reaches the roll as the break flag.
+class TerminalUI final : public UserInterface {
+ public:
+  TerminalUI(FILE* out, FILE* err) : out_(out), err_(err) {}
+
+  MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon,
+                        const std::string&) override {
+    std::fflush(out_);
+    std::string line = "gandrel: " + UnixLines(text) + "\n";
+    std::fwrite(line.data(), 1, line.size(), err_);
+    std::fflush(err_);
+    // Nobody can answer: a question is cancelled.
+    return buttons == MsgButtons::Ok ? MsgAnswer::Ok : MsgAnswer::Cancel;
+  }
+
+  void ProcessEvents() override {
+    if (interrupts) runFlags.BreakRequested = true;
+  }
+
+ private:
+  FILE* out_;
+  FILE* err_;
+};
+
+// Installs the terminal's view and interface for the length of a run.
+class Attached {
+ public:
+  Attached(MainView& view, UserInterface& ui) {
+    SetMainView(&view);
+    SetUI(&ui);
+  }
+  ~Attached() {
+    SetMainView(nullptr);
+    SetUI(nullptr);
+  }
+  Attached(const Attached&) = delete;
+  Attached& operator=(const Attached&) = delete;
+};
+
+bool IsFailure(const std::string& result) {
+  return result == "<error>" || result == "<calc error>" || result == "<script error>" ||
+         result == "<break>";
+}
+
+class RollLoop {
+ public:
+  RollLoop(const CliOptions& options, FILE* out, TerminalView& view)
+      : options_(options), out_(out), outIsTerminal_(isatty(fileno(out)) == 1), view_(view) {}
+
+  // Rolls dieValue as often as asked; false once the run was interrupted.
+  bool Roll(const std::string& dieValue) {
+    for (long k = 0; k < options_.repeat; ++k) {
+      view_.SetDieValueText(dieValue);
+      RollDieValue();
+      Print();
+      if (IsFailure(view_.result)) status = 1;
+      if (interrupts) {
+        status = 1;
+        return false;
+      }
+    }
+    return true;
+  }
+
+  int status = 0;
+
+ private:
+  void Print() {
+    text_.clear();
+    if (options_.json) {
+      text_ = "{\"dieValue\":" + JsonString(view_.dieValue) +
+              ",\"result\":" + JsonString(view_.result) +
+              ",\"details\":" + JsonString(view_.eachResult) +
+              ",\"clipboard\":" + JsonString(view_.clipboard) + "}\n";
+    } else {
+      text_ = UnixLines(view_.result) + "\n";
+      if (!options_.quiet && !view_.eachResult.empty()) {
+        text_ += UnixLines(view_.eachResult);
+        if (text_.back() != '\n') text_ += '\n';
+      }
+    }
+    std::fwrite(text_.data(), 1, text_.size(), out_);
+    if (outIsTerminal_) std::fflush(out_);
+  }
+
+  const CliOptions& options_;
+  FILE* out_;
+  bool outIsTerminal_;
+  TerminalView& view_;
+  std::string text_;
+};
+
+void ReadAndRoll(FILE* in, FILE* out, RollLoop& loop) {
+  bool prompt = isatty(fileno(in)) == 1;
+  char* buffer = nullptr;
+  size_t capacity = 0;
+  for (;;) {
+    if (prompt) {
+      std::fputs("gandrel> ", out);
+      std::fflush(out);
+    }
+    ssize_t n = getline(&buffer, &capacity, in);
+    if (n < 0) {
+      if (interrupts) {
+        loop.status = 1;
+      } else if (prompt) {
+        std::fputs("\n", out);  // the shell's prompt begins on a line of its own
+      }
+      break;
+    }
+    std::string line(buffer, static_cast<size_t>(n));
+    if (!line.empty() && line.back() == '\n') line.pop_back();
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    if (!loop.Roll(line)) break;
+  }
+  std::free(buffer);
+}
+
+}  // namespace
+
+void NoteInterrupt() {
+  interrupts = 1;
+}
+
+void ClearInterrupts() {
+  interrupts = 0;
+}
+
+void InstallInterruptHandler() {
+  struct sigaction action {};
+  action.sa_handler = OnInterrupt;
+  sigemptyset(&action.sa_mask);
+  // No SA_RESTART: a Ctrl-C at the prompt ends the wait for input.
+  action.sa_flags = 0;
+  sigaction(SIGINT, &action, nullptr);
+}
+
+int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err) {
+  if (options.configDir) {
+    std::error_code ec;
+    if (!std::filesystem::is_directory(*options.configDir, ec)) {
+      std::fprintf(err, "gandrel-cli: no such folder: %s\n", options.configDir->c_str());
+      return 2;
+    }
+    SetAppDirectory(*options.configDir);
+  } else {
+    ChooseAppDirectory(ExecutableDirectory());
+  }
+
+  TerminalView view;
+  TerminalUI ui(out, err);
+  Attached attached(view, ui);
+  StartUp();
+  if (options.seed) SeedRandom(*options.seed);
+
+  RollLoop loop(options, out, view);
+  if (options.dieValues.empty()) {
+    ReadAndRoll(in, out, loop);
+  } else {
+    for (const std::string& dieValue : options.dieValues)
+      if (!loop.Roll(dieValue)) break;
+  }
+  std::fflush(out);
+  return loop.status;
+}
+
+int CliMain(int argc, char** argv) {
+  std::vector<std::string> args(argv + (argc > 0 ? 1 : 0), argv + argc);
+  CliOptions options;
+  std::string problem = ParseCliOptions(args, options);
+  if (!problem.empty()) {
+    std::fprintf(stderr, "gandrel-cli: %s; see gandrel-cli --help\n", problem.c_str());
+    return 2;
+  }
+  if (options.help) {
+    std::fputs(CliHelpText().c_str(), stdout);
+    return 0;
+  }
+  if (options.version) {
+    std::fputs(CliVersionText().c_str(), stdout);
+    return 0;
+  }
+  // Many rolls into a pipe or a file: a large buffer, no flush per line.
+  if (isatty(STDOUT_FILENO) != 1) std::setvbuf(stdout, nullptr, _IOFBF, 1 << 16);
+  InstallInterruptHandler();
+  return RunCli(options, stdin, stdout, stderr);
+}
+
+}  // namespace gandrel::cli
