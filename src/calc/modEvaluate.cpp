@@ -1,9 +1,12 @@
 #include "calc/modEvaluate.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "calc/Basic.h"
@@ -32,6 +35,53 @@ bool IsNumberChar(char c) {
 
 bool IsSign(char c) {
   return c == '+' || c == '-';
+}
+
+// ---- Number text ------------------------------------------------------------
+//
+// The working text is read by ReadNumber and written by FormatNumber. Whole
+// numbers of up to 15 digits, by far the commonest, are read and written here
+// directly: the result is the same, without the general machinery.
+
+constexpr double kPlainWholeLimit = 1e15;  // from here on FormatNumber writes an exponent
+
+bool ContinuesNumber(char c) {
+  return IsDigit(c) || c == '.' || c == 'D' || c == 'E';
+}
+
+// The value of the leading number of text, as ReadNumber gives it.
+double ReadValue(std::string_view text) {
+  size_t start = !text.empty() && text[0] == '-' ? 1 : 0, i = start;
+  int64_t whole = 0;
+  while (i < text.size() && IsDigit(text[i]) && i - start < 15)
+    whole = whole * 10 + (text[i++] - '0');
+  bool plainWhole = i > start && (i == text.size() || !ContinuesNumber(text[i]));
+  if (!plainWhole) return ReadNumber(text);
+  double value = static_cast<double>(whole);
+  return start ? -value : value;
+}
+
+bool IsPlainWhole(double value) {
+  return std::fabs(value) < kPlainWholeLimit &&
+         static_cast<double>(static_cast<int64_t>(value)) == value;
+}
+
+// FormatNumber(value).
+std::string ValueText(double value) {
+  if (!IsPlainWhole(value)) return FormatNumber(value);
+  char digits[24];
+  auto end = std::to_chars(digits, digits + sizeof digits, static_cast<int64_t>(value)).ptr;
+  return std::string(digits, end);
+}
+
+// The length of FormatNumber(value).
+long ValueTextLength(double value) {
+  if (!IsPlainWhole(value)) return Len(FormatNumber(value));
+  auto whole = static_cast<int64_t>(value);
+  long length = whole < 0 ? 2 : 1;
+  for (whole /= 10; whole != 0; whole /= 10)
+    ++length;
+  return length;
 }
 
 // ---- Sign folding --------------------------------------------------------
@@ -186,14 +236,23 @@ std::optional<double> Apply(std::string_view op, double left, double right) {
 
 struct Operator {
   std::string_view text;
-  long from;  // the search starts at this position
+  size_t from;  // the search starts at this position
 };
 
 struct Level {
+  Level(std::vector<Operator> ops, int op, bool failsAtOne, bool missingAtZero)
+      : operators(std::move(ops)),
+        splitsOp(op),
+        failsAtStart(failsAtOne),
+        missingIsZero(missingAtZero) {
+    for (const Operator& o : operators)
+      opens[static_cast<unsigned char>(o.text[0])] = true;
+  }
   std::vector<Operator> operators;
   int splitsOp;
-  bool failsAtStart;   // an operator in position 1 fails the evaluation
-  bool missingIsZero;  // a missing operator counts as position 0, not length + 1
+  bool failsAtStart;              // an operator in position 1 fails the evaluation
+  bool missingIsZero;             // a missing operator counts as position 0, not length + 1
+  std::array<bool, 256> opens{};  // the characters an operator of the level begins with
 };
 
 const std::vector<Level>& Levels() {
@@ -208,21 +267,26 @@ const std::vector<Level>& Levels() {
   return levels;
 }
 
-// The leftmost operator of the level, searching each only where it could
-// still beat the best found so far. Returns its position, or 0.
+bool MatchesAt(std::string_view text, size_t at, std::string_view op) {
+  if (text.size() - at < op.size()) return false;
+  for (size_t k = 0; k < op.size(); ++k)
+    if (text[at + k] != op[k]) return false;
+  return true;
+}
+
+// The leftmost operator of the level: its position, or 0. No two operators of
+// one level can match at the same position.
 long FindOperator(const Level& level, std::string_view work, std::string_view& found) {
-  size_t best = work.size();
-  for (const Operator& op : level.operators) {
-    size_t from = static_cast<size_t>(op.from - 1);
-    if (from >= best) continue;
-    size_t limit = std::min(best + op.text.size() - 1, work.size());
-    size_t p = work.substr(0, limit).find(op.text, from);
-    if (p != std::string_view::npos && p < best) {
-      best = p;
-      found = op.text;
+  for (size_t i = 0; i < work.size(); ++i) {
+    if (!level.opens[static_cast<unsigned char>(work[i])]) continue;
+    for (const Operator& op : level.operators) {
+      if (i + 1 >= op.from && MatchesAt(work, i, op.text)) {
+        found = op.text;
+        return static_cast<long>(i) + 1;
+      }
     }
   }
-  return best == work.size() ? 0 : static_cast<long>(best) + 1;
+  return 0;
 }
 
 // The shortcut test: the working text is taken for a plain number when the
@@ -230,9 +294,9 @@ long FindOperator(const Level& level, std::string_view work, std::string_view& f
 // are compared. The value is read even when the text is too long to pass, as
 // reading it is what meets a number too large to handle.
 std::optional<double> Shortcut(std::string_view work) {
-  double value = ReadNumber(work);
+  double value = ReadValue(work);
   if (Len(work) > kLongestNumberText) return std::nullopt;
-  if (Len(FormatNumber(value)) != Len(work)) return std::nullopt;
+  if (ValueTextLength(value) != Len(work)) return std::nullopt;
   return value;
 }
 
@@ -255,12 +319,12 @@ Step RunLevel(const Level& level, std::string& work, double& value) {
     size_t leftTaken = LeftOperandLength(text.substr(0, opStart));
     size_t rightTaken = RightOperandLength(level.splitsOp, text.substr(opEnd));
     size_t from = opStart - leftTaken, to = opEnd + rightTaken;
-    double leftArg = ReadNumber(text.substr(from, leftTaken));
-    double rightArg = ReadNumber(text.substr(opEnd, rightTaken));
+    double leftArg = ReadValue(text.substr(from, leftTaken));
+    double rightArg = ReadValue(text.substr(opEnd, rightTaken));
 
     std::optional<double> result = Apply(op, leftArg, rightArg);
     if (!result) return Step::Fail;
-    std::string resultText = FormatNumber(*result);
+    std::string resultText = ValueText(*result);
     // The rewrite changed nothing ("a-1" gives "a" & "-1" & ""): leave the loop.
     if (work.compare(from, to - from, resultText) == 0) return Step::Next;
     work.replace(from, to - from, resultText);
@@ -282,6 +346,12 @@ class NestingGuard {
   NestingGuard& operator=(const NestingGuard&) = delete;
 };
 
+bool HasParenthesis(std::string_view text) {
+  for (char c : text)
+    if (c == '(' || c == ')') return true;
+  return false;
+}
+
 // Replaces every parenthesised part, outermost first and from the left, by the
 // text of its value. Fails when the counts differ, a "(" is never closed, or a
 // part fails.
@@ -294,7 +364,7 @@ bool ResolveParentheses(std::string& work) {
     std::string inner(rest.substr(1, static_cast<size_t>(q - 2)));
     double value = Evaluate(inner);
     if (inner.find('%') != std::string::npos) return false;
-    work.replace(static_cast<size_t>(p - 1), static_cast<size_t>(q), FormatNumber(value));
+    work.replace(static_cast<size_t>(p - 1), static_cast<size_t>(q), ValueText(value));
   }
   return true;
 }
@@ -308,9 +378,14 @@ std::optional<double> EvaluateText(std::string_view expression) {
   if (!work.empty() && work[0] == '+') work.erase(0, 1);
   if (auto v = Shortcut(work)) return v;
 
-  if (!ResolveParentheses(work)) return std::nullopt;
+  bool hasParentheses = HasParenthesis(work);
+  if (hasParentheses && !ResolveParentheses(work)) return std::nullopt;
+  size_t unfolded = work.size();
   FoldSigns(work);
-  if (auto v = Shortcut(work)) return v;
+  // Every fold shortens the text: with no parentheses and nothing folded it is
+  // the text that just failed the shortcut test.
+  if (hasParentheses || work.size() != unfolded)
+    if (auto v = Shortcut(work)) return v;
 
   for (const Level& level : Levels()) {
     double value = 0;
