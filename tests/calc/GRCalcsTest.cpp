@@ -12,6 +12,10 @@
 namespace gandrel {
 namespace {
 
+struct LineCase {
+  const char *in, *out;
+};
+
 class ReplaceVarsTest : public testing::EngineTest {
  protected:
   void Var(const std::string& name, double value) {
@@ -20,85 +24,48 @@ class ReplaceVarsTest : public testing::EngineTest {
   }
   void List(const std::string& name, const std::vector<std::string>& items) {
     std::string joined;
-    for (size_t i = 0; i < items.size(); ++i)
-      joined += (i ? std::string(1, '\0') : "") + items[i];
+    for (const std::string& item : items)
+      joined += (joined.empty() ? "" : std::string(1, '\0')) + item;
     store.listNames.push_back(name);
     store.listItems.push_back(joined);
   }
-  std::string Replaced(std::string line) {
-    ReplaceVars(line, store);
-    return line;
-  }
-  // Presses "Escape" at the given pump and makes every yield pump.
-  void BreakAtPump(long pump) {
-    SetPumpEveryCall(true);
-    ui.onPump = [pump](long n) {
-      if (n >= pump) runFlags.BreakRequested = true;
-    };
+  void ExpectLines(std::initializer_list<LineCase> cases) {
+    for (const LineCase& c : cases) {
+      std::string line = c.in;
+      ReplaceVars(line, store);
+      EXPECT_EQ(line, c.out) << c.in;
+    }
   }
   VarStore store;
 };
 
-TEST_F(ReplaceVarsTest, Variables) {
-  Var("x", 3);
-  Var("y", -2.5);
-  Var("q", 0.25);
-  Var("big", 1e20);
-  const struct {
-    const char *in, *out;
-  } cases[] = {
-      {"x+X", "3+3"},   {"max", "ma3"},       {"y*2", "-2.5*2"},
-      {"q", ".25"},     {"Big+1", "1E+20+1"}, {"xxYy", "33-2.5-2.5"},
-      {"Z(x)", "Z(3)"}, {"none", "none"},     {"", ""},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(Replaced(c.in), c.out) << c.in;
+// clang-format off
+TEST_F(ReplaceVarsTest, VariablesMatchAnywhereInTheLowerCasedLine) {
+  Var("x", 3); Var("y", -2.5); Var("q", 0.25); Var("big", 1e20);
+  ExpectLines({{"x+X", "3+3"}, {"max", "ma3"}, {"y*2", "-2.5*2"}, {"q", ".25"}, {"Big+1", "1E+20+1"},
+               {"xxYy", "33-2.5-2.5"}, {"none", "none"}, {"", ""}});
 }
 
 TEST_F(ReplaceVarsTest, StoreOrderDecidesOverLongerNames) {
-  Var("a", 1);
-  Var("ab", 2);
-  EXPECT_EQ(Replaced("ab+AB"), "1b+1B");
-  VarStore reversed;
-  reversed.varNames = {"", "ab", "a"};
-  reversed.varValues = {0, 2, 1};
-  std::string line = "ab+a";
-  ReplaceVars(line, reversed);
-  EXPECT_EQ(line, "2+1");
-}
-
-TEST_F(ReplaceVarsTest, AValueMayFormAnotherNameWithTheRest) {
-  Var("x", 1);
-  Var("n1", 7);  // "x" becomes "1" and "n" & "1" is a name of its own
-  EXPECT_EQ(Replaced("nx"), "7");
+  Var("a", 1); Var("ab", 2); Var("n1", 7);
+  ExpectLines({{"ab+AB", "1b+1B"}, {"na", "7"}});  // "na" becomes "n1", a name of its own
+  store.varNames = {"", "ab", "a"};
+  store.varValues = {0, 2, 1};
+  ExpectLines({{"ab+a", "2+1"}});
 }
 
 TEST_F(ReplaceVarsTest, ListItems) {
   List("die", {"1", "2", "3"});
-  const struct {
-    const char *in, *out;
-  } cases[] = {
-      {"die(2)", "2"},           {"die(0)", "1"},   {"die(-3)", "1"},  {"die(7)", "3"},
-      {"die(2.5)", "2"},         {"die(3.5)", "3"}, {"die(1+1)", "1"}, {"DIE(2)+die(3)", "2+3"},
-      {"die((2)", "2"},          {"die(x(3)", "3"}, {"die()", "1"},    {"die (2)", "die (2)"},
-      {"bigdie(2)+1", "big2+1"},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(Replaced(c.in), c.out) << c.in;
+  ExpectLines({{"die(2)", "2"}, {"die(0)", "1"}, {"die(-3)", "1"}, {"die(7)", "3"}, {"die(2.5)", "2"},
+               {"die(3.5)", "3"}, {"die(1+1)", "1"}, {"DIE(2)+die(3)", "2+3"}, {"die((2)", "2"},
+               {"die(x(3)", "3"}, {"die()", "1"}, {"die (2)", "die (2)"}, {"bigdie(2)+1", "big2+1"}});
 }
 
-TEST_F(ReplaceVarsTest, VariablesComeBeforeListsAndSpoilThem) {
-  List("die", {"10", "20"});
-  Var("d", 4);
-  EXPECT_EQ(Replaced("die(2)"), "4ie(2)");
+TEST_F(ReplaceVarsTest, ItemsKeepTheirTextAndVariablesSpoilListNames) {
+  List("w", {"Sword", "", "Axe"}); List("empty", {""}); List("dice", {"10", "20"}); Var("d", 4);
+  ExpectLines({{"w(1) w(2) w(3)", "Sword  Axe"}, {"[empty(4)]", "[]"}, {"dice(2)", "4ice(2)"}});
 }
-
-TEST_F(ReplaceVarsTest, ListItemsKeepTheirCaseAndEmptyItemsStay) {
-  List("w", {"Sword", "", "Axe"});
-  EXPECT_EQ(Replaced("w(1) w(2) w(3)"), "Sword  Axe");
-  List("empty", {""});
-  EXPECT_EQ(Replaced("[empty(4)]"), "[]");
-}
+// clang-format on
 
 TEST_F(ReplaceVarsTest, AnIndexTooLargeForSixteenBitsIsAnOverflow) {
   List("die", {"1"});
@@ -113,48 +80,29 @@ TEST_F(ReplaceVarsTest, AnIndexTooLargeForSixteenBitsIsAnOverflow) {
   }
 }
 
+// A list reference without ")", an item holding its own reference, and a
+// variable "e" whose value's text "1E+20" holds its name: each pass pumps.
 TEST_F(ReplaceVarsTest, EndlessSubstitutionsEndWhenTheUserBreaks) {
-  struct Case {
-    const char* line;
-    bool variable;  // a variable "e" holding 1E+20, else a list "die"
-  } cases[] = {{"die(2", false}, {"die(1)", false}, {"e+1", true}};
-  for (const Case& c : cases) {
+  for (const char* line : {"die(2", "die(1)", "e+1"}) {
     store = VarStore{};
-    runFlags.BreakRequested = false;
-    ui.pumps = 0;
-    if (c.variable)
+    if (line[0] == 'e')
       Var("e", 1e20);
     else
       List("die", {"die(1)", "2"});
-    BreakAtPump(50);
-    std::string line = c.line;
-    EXPECT_THROW(ReplaceVars(line, store), BreakSignal) << c.line;
-    EXPECT_EQ(ui.pumps, 50) << c.line;
+    runFlags.BreakRequested = false;
+    ui.pumps = 0;
+    SetPumpEveryCall(true);
+    ui.onPump = [](long n) { runFlags.BreakRequested = n >= 50; };
+    std::string text = line;
+    EXPECT_THROW(ReplaceVars(text, store), BreakSignal) << line;
+    EXPECT_EQ(ui.pumps, 50) << line;
   }
 }
 
-TEST_F(ReplaceVarsTest, WithBreakingOffTheEndlessLoopGoesOn) {
-  List("die", {"1"});
-  runFlags.BreakEnabled = false;
-  SetPumpEveryCall(true);
-  ui.onPump = [](long n) {
-    runFlags.BreakRequested = true;
-    if (n == 200) runFlags.BreakEnabled = true;
-  };
-  std::string line = "die(";
-  EXPECT_THROW(ReplaceVars(line, store), BreakSignal);
-  EXPECT_EQ(ui.pumps, 200);
-}
-
-TEST(TextHelpers, SplitAssignment) {
+TEST(TextHelpers, SplitAssignmentAndStripWhitespace) {
   const struct {
     const char *line, *left, *rest;
-  } cases[] = {
-      {" total = 3d6 + 2 ", "total", "3d6 + 2"},
-      {"a=b=c", "a", "b=c"},
-      {"=5", "", "5"},
-      {"x=", "x", ""},
-  };
+  } cases[] = {{" total = 3d6 + 2 ", "total", "3d6 + 2"}, {"a=b=c", "a", "b=c"}, {"=5", "", "5"}};
   for (const auto& c : cases) {
     std::string line = c.line, left;
     SplitAssignment(line, left);
@@ -163,11 +111,8 @@ TEST(TextHelpers, SplitAssignment) {
   }
   std::string noEquals = "abc", left;
   EXPECT_THROW(SplitAssignment(noEquals, left), RuntimeError);
-}
 
-TEST(TextHelpers, StripWhitespace) {
   EXPECT_EQ(StripWhitespace(" 1 +\t2\r\n"), "1+2");
-  EXPECT_EQ(StripWhitespace(" \t\r\n "), "");
   EXPECT_EQ(StripWhitespace(std::string("a\0b\xFF", 4)), std::string("a\0b\xFF", 4));
 }
 
@@ -176,18 +121,14 @@ TEST(TextHelpers, SplitText) {
     std::string text;
     char delimiter;
     std::vector<std::string> fields;
-  } cases[] = {
-      {"a,b,,c", ',', {"", "a", "b", "", "c"}},
-      {"", ',', {"", ""}},
-      {"a,", ',', {"", "a", ""}},
-      {",", ',', {"", "", ""}},
-      {"abc", ',', {"", "abc"}},
-      {std::string("1\0"
-                   "22\0",
-                   5),
-       '\0',
-       {"", "1", "22", ""}},
-  };
+  } cases[] = {{"a,b,,c", ',', {"", "a", "b", "", "c"}},
+               {"", ',', {"", ""}},
+               {"a,", ',', {"", "a", ""}},
+               {std::string("1\0"
+                            "22",
+                            4),
+                '\0',
+                {"", "1", "22"}}};
   for (const auto& c : cases) {
     std::vector<std::string> fields = {"stale", "stale"};
     SplitText(c.text, c.delimiter, fields);
@@ -199,26 +140,20 @@ TEST(TextHelpers, CountOccurrencesAndInStrLast) {
   const struct {
     const char *text, *needle;
     int count;
-  } counts[] = {{"aaa", "aa", 2}, {"(1)(2)", "(", 2}, {"abc", "x", 0}, {"", "a", 0}, {"ab", "", 3}};
+  } counts[] = {{"aaa", "aa", 2}, {"(1)(2)", "(", 2}, {"", "a", 0}, {"ab", "", 3}};
   for (const auto& c : counts)
     EXPECT_EQ(CountOccurrences(c.text, c.needle), c.count) << c.text;
+  EXPECT_THROW(CountOccurrences(std::string(40000, '('), "("), RuntimeError);
 
   const struct {
     int start;
     const char *text, *needle;
     int position;
-  } lasts[] = {
-      {4, "a(b(x)", "(", 4}, {3, "a(b(x)", "(", 2}, {-1, "abc", "(", 0}, {-1, "aaa", "aa", 2},
-      {2, "aaa", "aa", 1},   {1, "aaa", "aa", 0},   {0, "abc", "a", 0},  {99, "a(", "(", 2},
-  };
+  } lasts[] = {{4, "a(b(x)", "(", 4}, {3, "a(b(x)", "(", 2}, {-1, "abc", "(", 0},
+               {-1, "aaa", "aa", 2},  {2, "aaa", "aa", 1},   {0, "abc", "a", 0}};
   for (const auto& c : lasts)
-    EXPECT_EQ(InStrLast(static_cast<int16_t>(c.start), c.text, c.needle), c.position)
-        << c.start << " " << c.text;
+    EXPECT_EQ(InStrLast(static_cast<int16_t>(c.start), c.text, c.needle), c.position) << c.text;
   EXPECT_THROW(InStrLast(-2, "abc", "a"), RuntimeError);
-}
-
-TEST(TextHelpers, CountsPastSixteenBitsOverflow) {
-  EXPECT_THROW(CountOccurrences(std::string(40000, '('), "("), RuntimeError);
 }
 
 }  // namespace
