@@ -52,6 +52,15 @@ class DiceList {
     text_ += '+';
     AppendNumberText(text_, value);
   }
+  // The same for a whole value.
+  void Add(int64_t value) {
+    if (text_.size() >= maxDiceText) [[unlikely]]
+      Raise(ErrNo::OutOfMemory);
+    char buf[24];
+    buf[0] = '+';
+    auto res = std::to_chars(buf + 1, buf + sizeof buf, value);
+    text_.append(buf, res.ptr);
+  }
   std::string& Text() { return text_; }
 
  private:

@@ -1,4 +1,5 @@
 // Rolling one dice term: GetDieResult, LongGetDieResults and LongGenDice.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <string>
@@ -48,17 +49,62 @@ double RollEach(double count, const Face& face, DiceList* dice) {
   return total;
 }
 
+// Below 2^53 every whole number is a double, and sums of whole numbers are
+// exact. So when no die can show more than bound (in magnitude) and
+// count * bound stays below 2^53, the double loop above computes the same
+// numbers as a loop over whole numbers, which runs faster: its running total
+// is an integer, not a double that each yield would have to spill.
+constexpr double kExactWhole = 9007199254740992.0;
+
+bool SumsStayExact(double count, double bound) {
+  return count < kExactWhole && std::floor(std::max(count, 0.0)) * bound < kExactWhole;
+}
+
+template <class Face>
+double RollWhole(double count, const Face& face, DiceList* dice) {
+  const int64_t n = count >= 1 ? static_cast<int64_t>(count) : 0;
+  int64_t total = 0;
+  if (dice) {
+    for (int64_t i = 0; i < n; ++i) {
+      YieldCheckBreak();
+      int64_t value = face(Rnd());
+      dice->Add(value);
+      total += value;
+    }
+  } else {
+    for (int64_t i = 0; i < n; ++i) {
+      YieldCheckBreak();
+      total += face(Rnd());
+    }
+  }
+  return static_cast<double>(total);
+}
+
+// floor(x) as a whole number, for |x| well below 2^63.
+inline int64_t FloorWhole(double x) {
+  int64_t t = static_cast<int64_t>(x);
+  return t - (static_cast<double>(t) > x);
+}
+
 double RollRange(double count, int32_t lo, int32_t hi, DiceList* dice) {
   // The width is a 32-bit integer; a wider range cannot be rolled. It is
   // formed at the first die, so a count of 0 never meets it.
   int64_t width = int64_t{hi} - int64_t{lo} + 1;
   if (count >= 1 && width > INT32_MAX) Raise(ErrNo::Overflow);
   const double w = static_cast<double>(width), low = lo;
+  double bound = std::max(std::fabs(low), std::fabs(static_cast<double>(hi))) + 1;
+  if (SumsStayExact(count, bound))
+    return RollWhole(
+        count, [w, low](double r) { return FloorWhole(r * w + low); }, dice);
   return RollEach(
       count, [w, low](double r) { return std::floor(r * w + low); }, dice);
 }
 
 double RollPlain(double count, double size, DiceList* dice) {
+  // r * size + 1 is at least 1 here, so truncation is its floor.
+  if (size >= 0 && SumsStayExact(count, size + 1))
+    return RollWhole(
+        count, [size](double r) { return static_cast<int64_t>(r * size + 1); }, dice);
   return RollEach(
       count, [size](double r) { return std::floor(r * size + 1); }, dice);
 }
@@ -158,7 +204,7 @@ double RollDieTerm(std::string& die, std::string& details, std::string* diceOut,
     std::string t = LCase(Trim(die));
     CheckTextLength(t);
     if (t.empty()) return;
-    if (t[0] == 'd') t.insert(0, "1");
+    if (t[0] == 'd') t = "1" + t;
     bool wantList = diceOut || settings.LongResults;
     DiceList list;
     total = RollTerm(t, split, wantList ? &list : nullptr);

@@ -36,7 +36,7 @@ double ExtremeItem(const std::string& listText, Bound bound) {
 double TermBound(const std::string& die, Bound bound) {
   std::string t = LCase(Trim(die));
   CheckTextLength(t);
-  if (Left(t, 1) == "d") t.insert(0, "1");
+  if (Left(t, 1) == "d") t = "1" + t;
   // A term without "d" has no count to read: "Invalid procedure call".
   long p = InStr(t, "d");
   double count = ReadNumber(Left(t, p - 1));

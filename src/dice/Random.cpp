@@ -5,13 +5,20 @@
 
 namespace gandrel {
 
-namespace {
+namespace random_detail {
 
 uint64_t state[4];
+bool scriptedPending = false;
+
+}  // namespace random_detail
+
+namespace {
+
+using random_detail::Next;
+using random_detail::state;
+
 bool fixedSeed = false;
 std::deque<double> scripted;
-
-uint64_t Rotl(uint64_t x, int k) { return (x << k) | (x >> (64 - k)); }
 
 uint64_t SplitMix(uint64_t& x) {
   uint64_t z = (x += 0x9E3779B97F4A7C15ull);
@@ -20,44 +27,32 @@ uint64_t SplitMix(uint64_t& x) {
   return z ^ (z >> 31);
 }
 
-uint64_t Next() {
-  const uint64_t result = Rotl(state[1] * 5, 7) * 9;
-  const uint64_t t = state[1] << 17;
-  state[2] ^= state[0];
-  state[3] ^= state[1];
-  state[1] ^= state[2];
-  state[0] ^= state[3];
-  state[2] ^= t;
-  state[3] = Rotl(state[3], 45);
-  return result;
+void SeedState(uint64_t seed) {
+  for (uint64_t& word : state)
+    word = SplitMix(seed);
 }
 
-void SeedState(uint64_t seed) {
-  for (uint64_t& word : state) word = SplitMix(seed);
+uint64_t ClockTicks() {
+  return static_cast<uint64_t>(
+      std::chrono::high_resolution_clock::now().time_since_epoch().count());
 }
 
 struct Initial {
-  Initial() {
-    SeedState(static_cast<uint64_t>(
-        std::chrono::high_resolution_clock::now().time_since_epoch().count()));
-  }
+  Initial() { SeedState(ClockTicks()); }
 } initial;
 
 }  // namespace
 
-double Rnd() {
-  if (!scripted.empty()) [[unlikely]] {
-    double r = scripted.front();
-    scripted.pop_front();
-    return r;
-  }
-  return static_cast<double>(Next() >> 11) * 0x1.0p-53;
+double random_detail::NextScripted() {
+  double r = scripted.front();
+  scripted.pop_front();
+  scriptedPending = !scripted.empty();
+  return r;
 }
 
 void Randomize() {
   if (fixedSeed) return;
-  uint64_t t = static_cast<uint64_t>(
-      std::chrono::high_resolution_clock::now().time_since_epoch().count());
+  uint64_t t = ClockTicks();
   // Mixing, not reseeding: the state keeps everything it had.
   state[0] ^= SplitMix(t);
   if ((state[0] | state[1] | state[2] | state[3]) == 0) state[0] = 1;
@@ -67,13 +62,17 @@ void Randomize() {
 void SeedRandom(uint64_t seed) {
   fixedSeed = true;
   scripted.clear();
+  random_detail::scriptedPending = false;
   SeedState(seed);
 }
 
-void UnseedRandom() { fixedSeed = false; }
+void UnseedRandom() {
+  fixedSeed = false;
+}
 
 void ScriptRandom(const std::vector<double>& values) {
   scripted.assign(values.begin(), values.end());
+  random_detail::scriptedPending = !scripted.empty();
 }
 
 }  // namespace gandrel
