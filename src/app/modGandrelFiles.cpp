@@ -213,9 +213,10 @@ bool WriteTextFileAtomic(const std::string& path, const std::string& content, st
     reason = ec.message();
     return false;
   }
-  std::string temp = (folder / ("." + target.filename().string() + ".tmp-" +
-                                std::to_string(getpid()) + "-" + std::to_string(++counter)))
-                         .string();
+  std::string tempName = ".";
+  tempName += target.filename().string();
+  tempName += ".tmp-" + std::to_string(getpid()) + "-" + std::to_string(++counter);
+  std::string temp = (folder / tempName).string();
   int fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (fd < 0) {
     reason = Reason(errno);
