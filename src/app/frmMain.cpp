@@ -66,7 +66,13 @@ frmMain::frmMain(QWidget* parent) : QWidget(parent) {
   SetMainView(this);
 }
 
+// The children outlive this part of the window: while QWidget deletes them
+// (and moves the focus away) they must no longer reach its handlers.
 frmMain::~frmMain() {
+  for (QObject* child : findChildren<QObject*>()) {
+    child->removeEventFilter(this);
+    QObject::disconnect(child, nullptr, this, nullptr);
+  }
   SetMainView(nullptr);
 }
 
@@ -172,7 +178,11 @@ void frmMain::ConnectHandlers() {
   // or directly: Enter is caught on both ways.
   comboDieValue->installEventFilter(this);
   comboDieValue->lineEdit()->installEventFilter(this);
-  // Only a pick by the user emits activated; rebuilding the list does not.
+  // A pick by the user emits activated; rebuilding the list does not. The box
+  // would also emit it when the focus leaves it while its text equals an
+  // entry: that is no pick, so the box no longer hears its line edit finish.
+  QObject::disconnect(comboDieValue->lineEdit(), &QLineEdit::editingFinished, comboDieValue,
+                      nullptr);
   connect(comboDieValue, &QComboBox::activated, this, &frmMain::DieValuePicked);
 
   connect(chkResults, &QCheckBox::toggled, this, [this](bool on) {
