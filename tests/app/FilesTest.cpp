@@ -96,21 +96,5 @@ TEST_F(FilesTest, AtomicWrite) {
   EXPECT_EQ(reason, "No such file or directory");
 }
 
-TEST_F(FilesTest, SplitLines) {
-  struct Case {
-    std::string text;
-    Items lines;
-  } cases[] = {
-      {"", {}},
-      {"a", {"a"}},
-      {"a\r\nb\r\n", {"a", "b"}},
-      {"a\nb\rc\r\n\r\nd", {"a", "b", "c", "", "d"}},
-      {"\xEF\xBB\xBFx\n", {"x"}},
-      {"\n", {""}},
-  };
-  for (const Case& c : cases)
-    EXPECT_EQ(SplitLines(c.text), c.lines) << c.text;
-}
-
 }  // namespace
 }  // namespace gandrel::testing

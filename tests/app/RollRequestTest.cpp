@@ -14,86 +14,32 @@ namespace {
 
 using Items = std::vector<std::string>;
 
-Items OneBased(const Items& items) {
-  Items list{""};
-  list.insert(list.end(), items.begin(), items.end());
-  return list;
-}
-
 class HistoryTest : public ShellTest {};
 
 TEST_F(HistoryTest, Rules) {
+  // Lists are written as blank-separated entries.
   struct Case {
-    const char* name;
     int keepNum;
     bool newFirst, keepAlways;
-    Items always, history;
-    std::string value;
-    Items expected;
+    const char *always, *history, *value, *expected;
     bool rebuilt;
   } cases[] = {
-      {"moves to the bottom, new spelling",
-       3,
-       false,
-       false,
-       {},
-       {"a", "b", "c"},
-       "B",
-       {"a", "c", "B"},
-       true},
-      {"new first drops the last", 3, true, false, {}, {"a", "b", "c"}, "d", {"d", "a", "b"}, true},
-      {"moves to the top", 3, true, false, {}, {"a", "b", "c"}, "C", {"C", "a", "b"}, true},
-      {"room left, at the bottom", 5, false, false, {}, {"a"}, "b", {"a", "b"}, true},
-      {"room left, at the top", 5, true, false, {}, {"a", "b"}, "c", {"c", "a", "b"}, true},
-      {"full drops the first", 3, false, false, {}, {"a", "b", "c"}, "d", {"b", "c", "d"}, true},
-      {"always-add item ignored",
-       3,
-       false,
-       true,
-       {"3d6"},
-       {"3d6", "x"},
-       "3D6",
-       {"3d6", "x"},
-       false},
-      {"no history kept", 0, false, false, {}, {"a"}, "b", {"a"}, false},
-      {"always-add at the top stays",
-       3,
-       false,
-       true,
-       {"x"},
-       {"x", "a", "b"},
-       "c",
-       {"x", "b", "c"},
-       true},
-      {"always-add at the bottom stays",
-       3,
-       true,
-       true,
-       {"x"},
-       {"a", "b", "x"},
-       "c",
-       {"c", "a", "x"},
-       true},
-      {"always-add written back below", 3, true, true, {"x"}, {"x"}, "a", {"a", "x"}, true},
-      {"entries past a lowered KeepNum stay",
-       2,
-       false,
-       false,
-       {},
-       {"a", "b", "c", "d"},
-       "e",
-       {"b", "e", "c", "d"},
-       true},
-      {"always-add items ordinary without KeepAlways",
-       3,
-       false,
-       false,
-       {"x"},
-       {"x", "a"},
-       "X",
-       {"a", "X"},
-       true},
-      {"more always-add items than places", 1, false, true, {"x", "y"}, {}, "a", {"x"}, true},
+      // clang-format off
+      {3, false, false, "",    "a b c",   "B",   "a c B",   true},   // moves, new spelling
+      {3, true,  false, "",    "a b c",   "d",   "d a b",   true},
+      {3, true,  false, "",    "a b c",   "C",   "C a b",   true},
+      {5, false, false, "",    "a",       "b",   "a b",     true},
+      {5, true,  false, "",    "a b",     "c",   "c a b",   true},
+      {3, false, false, "",    "a b c",   "d",   "b c d",   true},
+      {3, false, true,  "3d6", "3d6 x",   "3D6", "3d6 x",   false},  // always-add item
+      {0, false, false, "",    "a",       "b",   "a",       false},  // no history kept
+      {3, false, true,  "x",   "x a b",   "c",   "x b c",   true},   // always-add stays on top
+      {3, true,  true,  "x",   "a b x",   "c",   "c a x",   true},   // ... or at the bottom
+      {3, true,  true,  "x",   "x",       "a",   "a x",     true},
+      {2, false, false, "",    "a b c d", "e",   "b e c d", true},   // past a lowered KeepNum
+      {3, false, false, "x",   "x a",     "X",   "a X",     true},   // KeepAlways off
+      {1, false, true,  "x y", "",        "a",   "x",       true},   // more items than places
+      // clang-format on
   };
   for (const Case& c : cases) {
     settings.KeepNum = static_cast<int16_t>(c.keepNum);
@@ -101,15 +47,14 @@ TEST_F(HistoryTest, Rules) {
     settings.KeepAlways = c.keepAlways;
     AlwaysAddItems = OneBased(c.always);
     DieHistory = OneBased(c.history);
+    Items expected = OneBased(c.expected);
     view = FakeView{};
     std::string value = c.value;
     AddToHistory(value);
-    EXPECT_EQ(Entries(DieHistory), c.expected) << c.name;
-    EXPECT_EQ(view.listClears, c.rebuilt ? 1 : 0) << c.name;
-    if (c.rebuilt) {
-      EXPECT_EQ(view.list, c.expected) << c.name;
-      EXPECT_EQ(view.dieValue, c.value) << c.name;
-    }
+    EXPECT_EQ(DieHistory, expected) << c.history << " + " << c.value;
+    EXPECT_EQ(view.list, c.rebuilt ? Items(expected.begin() + 1, expected.end()) : Items{})
+        << c.history << " + " << c.value;
+    EXPECT_EQ(view.dieValue, c.rebuilt ? c.value : "") << c.history << " + " << c.value;
   }
 }
 
@@ -122,32 +67,22 @@ class RollRequestTest : public ShellTest {
 };
 
 TEST_F(RollRequestTest, Outcomes) {
+  const std::string noScripts = "Scripts are not available in this build.";
   struct Case {
-    std::string typed;
-    std::string dieValue, result, eachResult;
-    Items history;
+    std::string typed, dieValue, result, eachResult, history;
   } cases[] = {
-      {"", "", "0", "", {}},
-      {"  2+3 ", "2+3", "5", "Calc: 2+3=5", {"2+3"}},
-      {"1/4", "1/4", ".25", "Calc: 1/4=.25", {"1/4"}},
-      {"2+", "2+", "<calc error>", "<calc error>", {"2+"}},
-      {"@best(2,4d6)",
-       "=@best(2,4d6)",
-       "<script error>",
-       "Scripts are not available in this build.",
-       {"=@best(2,4d6)"}},
-      {"FOO.DIE",
-       "FOO.DIE",
-       "<script error>",
-       "Scripts are not available in this build.",
-       {"FOO.DIE"}},
-      {"<current script>",
-       "<current script>",
-       "<script error>",
-       "Scripts are not available in this build.",
-       {}},
-      {"=2", "=2", "<script error>", "Scripts are not available in this build.", {"=2"}},
+      // clang-format off
+      {"  2+3 ",           "2+3",              "5",              "Calc: 2+3=5",   "2+3"},
+      {"",                 "",                 "0",              "",              ""},
+      {"1/4",              "1/4",              ".25",            "Calc: 1/4=.25", "1/4"},
+      {"2+",               "2+",               "<calc error>",   "<calc error>",  "2+"},
+      {"@best(2,4d6)",     "=@best(2,4d6)",    "<script error>", noScripts,       "=@best(2,4d6)"},
+      {"FOO.DIE",          "FOO.DIE",          "<script error>", noScripts,       "FOO.DIE"},
+      {"<current script>", "<current script>", "<script error>", noScripts,       ""},
+      {"=2",               "=2",               "<script error>", noScripts,       "=2"},
+      // clang-format on
   };
+  runFlags.BreakRequested = true;  // a break of an earlier roll is forgotten
   for (const Case& c : cases) {
     DieHistory.assign(1, "");
     Roll(c.typed);
@@ -155,9 +90,13 @@ TEST_F(RollRequestTest, Outcomes) {
     EXPECT_EQ(view.result, c.result) << c.typed;
     EXPECT_EQ(view.eachResult, c.eachResult) << c.typed;
     EXPECT_EQ(view.clipboard, " rolls " + c.result + " on " + c.dieValue) << c.typed;
-    EXPECT_EQ(Entries(DieHistory), c.history) << c.typed;
+    EXPECT_EQ(DieHistory, OneBased(c.history)) << c.typed;
   }
   EXPECT_TRUE(ui.messages.empty());
+  settings.AddDice = false;
+  Roll("3d6");
+  Roll("=1");
+  EXPECT_EQ(DieHistory, OneBased("=2"));
 }
 
 TEST_F(RollRequestTest, BareDieTakesTheDefaultDie) {
@@ -168,16 +107,9 @@ TEST_F(RollRequestTest, BareDieTakesTheDefaultDie) {
   EXPECT_EQ(view.result, "4");
   EXPECT_EQ(view.eachResult, "d6= +4= 4\r\nCalc: 4=4");
   EXPECT_EQ(view.clipboard, " rolls 4 on d6");
-  EXPECT_EQ(Entries(DieHistory), Items{"d6"});
+  EXPECT_EQ(DieHistory, OneBased("d6"));
   EXPECT_EQ(view.selectAlls, 1);
   EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));
-}
-
-TEST_F(RollRequestTest, AddDiceOffKeepsTheHistory) {
-  settings.AddDice = false;
-  Roll("3d6");
-  Roll("=1");
-  EXPECT_EQ(Entries(DieHistory), Items{});
 }
 
 TEST_F(RollRequestTest, BreakShowsBreakWithoutMessage) {
@@ -190,15 +122,8 @@ TEST_F(RollRequestTest, BreakShowsBreakWithoutMessage) {
   EXPECT_TRUE(ui.messages.empty());
 }
 
-TEST_F(RollRequestTest, EarlierBreakIsForgotten) {
-  runFlags.BreakRequested = true;
-  Roll("2+2");
-  EXPECT_EQ(view.result, "4");
-}
-
 TEST_F(RollRequestTest, TooLongDieValueIsAnError) {
-  std::string huge(40000, '1');
-  Roll(huge);
+  Roll(std::string(40000, '1'));
   EXPECT_EQ(view.result, "<error>");
   EXPECT_EQ(view.eachResult, "<error>");
   EXPECT_EQ(ui.Texts(),

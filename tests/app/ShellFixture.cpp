@@ -1,6 +1,5 @@
 #include "ShellFixture.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -9,16 +8,10 @@
 
 namespace gandrel::testing {
 
-std::string MakeTempFolder() {
-  const char* tmp = std::getenv("TMPDIR");
-  std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/gandrel-test-XXXXXX";
-  if (!mkdtemp(pattern.data())) ADD_FAILURE() << "cannot make a temporary folder";
-  return pattern;
-}
-
 void ShellTest::SetUp() {
   EngineTest::SetUp();
-  folder = MakeTempFolder();
+  folder = std::filesystem::temp_directory_path() / "gandrel-test-XXXXXX";
+  if (!mkdtemp(folder.data())) FAIL() << "cannot make a temporary folder";
   SetAppDirectory(folder);
   SetMainView(&view);
   ResetIni();
@@ -38,14 +31,17 @@ void ShellTest::WriteFile(const std::string& name, const std::string& content) c
 }
 
 std::string ShellTest::ReadFile(const std::string& name) const {
-  std::ifstream in(PathOf(name), std::ios::binary);
   std::stringstream text;
-  text << in.rdbuf();
+  text << std::ifstream(PathOf(name), std::ios::binary).rdbuf();
   return text.str();
 }
 
-std::vector<std::string> ShellTest::Entries(const std::vector<std::string>& list) {
-  return std::vector<std::string>(list.begin() + 1, list.end());
+std::vector<std::string> OneBased(const std::string& entries) {
+  std::vector<std::string> list{""};
+  std::istringstream words(entries);
+  for (std::string w; words >> w;)
+    list.push_back(w);
+  return list;
 }
 
 }  // namespace gandrel::testing

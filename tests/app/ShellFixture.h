@@ -35,19 +35,19 @@ class ShellTest : public EngineTest {
  protected:
   void SetUp() override;
   void TearDown() override;
-
-  // A file of the application's folder.
   std::string PathOf(const std::string& name) const { return folder + "/" + name; }
   void WriteFile(const std::string& name, const std::string& content) const;
   std::string ReadFile(const std::string& name) const;
   // Entries 1..count of a 1-based list.
-  static std::vector<std::string> Entries(const std::vector<std::string>& list);
+  static std::vector<std::string> Entries(const std::vector<std::string>& list) {
+    return std::vector<std::string>(list.begin() + 1, list.end());
+  }
 
   FakeView view;
   std::string folder;
 };
 
-// A fresh folder under the system's temporary folder, removed by the caller.
-std::string MakeTempFolder();
+// "a b c" as the 1-based list {"", "a", "b", "c"}.
+std::vector<std::string> OneBased(const std::string& entries);
 
 }  // namespace gandrel::testing
