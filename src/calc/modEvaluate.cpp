@@ -1,6 +1,5 @@
 #include "calc/modEvaluate.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -45,17 +44,13 @@ bool IsSign(char c) {
 
 constexpr double kPlainWholeLimit = 1e15;  // from here on FormatNumber writes an exponent
 
-bool ContinuesNumber(char c) {
-  return IsDigit(c) || c == '.' || c == 'D' || c == 'E';
-}
-
 // The value of the leading number of text, as ReadNumber gives it.
 double ReadValue(std::string_view text) {
   size_t start = !text.empty() && text[0] == '-' ? 1 : 0, i = start;
   int64_t whole = 0;
   while (i < text.size() && IsDigit(text[i]) && i - start < 15)
     whole = whole * 10 + (text[i++] - '0');
-  bool plainWhole = i > start && (i == text.size() || !ContinuesNumber(text[i]));
+  bool plainWhole = i > start && (i == text.size() || !IsNumberChar(text[i]));
   if (!plainWhole) return ReadNumber(text);
   double value = static_cast<double>(whole);
   return start ? -value : value;
@@ -66,7 +61,7 @@ bool IsPlainWhole(double value) {
          static_cast<double>(static_cast<int64_t>(value)) == value;
 }
 
-// FormatNumber(value).
+// The text FormatNumber writes for value.
 std::string ValueText(double value) {
   if (!IsPlainWhole(value)) return FormatNumber(value);
   char digits[24];
@@ -74,7 +69,7 @@ std::string ValueText(double value) {
   return std::string(digits, end);
 }
 
-// The length of FormatNumber(value).
+// The length of the text FormatNumber writes for value.
 long ValueTextLength(double value) {
   if (!IsPlainWhole(value)) return Len(FormatNumber(value));
   auto whole = static_cast<int64_t>(value);
@@ -310,7 +305,7 @@ Step RunLevel(const Level& level, std::string& work, double& value) {
     long length = Len(work);
     long p = FindOperator(level, work, op);
     if (p == 0 && !level.missingIsZero) p = length + 1;
-    p = Int16(p);
+    p = Int16(p);  // positions are 16-bit: past 32,767 is an overflow
     if (p == length || (p == 1 && level.failsAtStart)) return Step::Fail;
     if (op.empty()) return Step::Next;
 

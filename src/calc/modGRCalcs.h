@@ -15,7 +15,8 @@ namespace gandrel {
 // value, in the store's order. Names match anywhere in the lower-cased line,
 // also inside longer words. A list reference without a closing ")" never
 // completes: the loop pumps events and ends with BreakSignal when the user
-// breaks.
+// breaks. A list index too large for 16 bits ("die(40000)", "die(1E400)") or
+// a match past position 32,767 raises Overflow, for the caller's handler.
 void ReplaceVars(std::string& line, const VarStore& store);
 
 // left = trimmed text before the first "="; line = trimmed text after it.
