@@ -1,0 +1,78 @@
+// The frame that every "@" function handler follows.
+//
+// HandleCall cuts the call out of the line, runs the calls nested in its
+// arguments, and then hands the call to the handler's body, all under the
+// handler's run-time error trap. The body checks its commas, substitutes the
+// variables, rolls, writes its trace and finishes the call with its result
+// text. The helpers below are the steps that several bodies share.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "script/VarStore.h"
+
+namespace gandrel {
+
+inline constexpr const char* kScriptError = "<script error>";
+inline constexpr const char* kCrLf = "\r\n";
+
+// One call being handled: the line and details of ProcFunc, and the line cut
+// around the call.
+struct FunctionCall {
+  std::string_view name;  // lower case, with its "@"
+  std::string& line;
+  std::string& details;
+  const VarStore& store;
+  std::string left;
+  std::string args;
+  std::string right;
+
+  // The line becomes "<script error>" and the details the message.
+  void Fail(const std::string& message);
+  // The missing-comma error, with the function's usage on its second line.
+  void FailMissingComma();
+  // The "no dice" error of the wild-dice functions.
+  void FailNoDice();
+  // The call's place in the line takes the result: left & result & right.
+  void Finish(const std::string& result);
+  // Appends a trace line's head: the details indent, then head.
+  void BeginTrace(const std::string& head);
+};
+
+using CallBody = void (*)(FunctionCall& call);
+
+// The frame: cuts the first call of name out of the line, runs ProcFunc on its
+// arguments (when that fails the line becomes "<script error>" and the inner
+// message stays), then runs body. A run-time error anywhere in it makes the
+// line "<script error>" and the details "Error: " & description, CR LF, the
+// usage. BreakSignal passes through.
+void HandleCall(std::string_view name, std::string& line, std::string& details,
+                const VarStore& store, CallBody body);
+
+// The function's name in upper case followed by its argument list, as the
+// error messages show it: "@LIMIT(lower limit, upper limit, dieroll)".
+std::string UsageText(std::string_view name);
+
+// The comma checks, made on the arguments before substitution. Each fails the
+// call with the missing-comma error and returns false when it does not hold.
+bool RequireComma(FunctionCall& call);
+bool RequireTwoCommas(FunctionCall& call);
+
+// ReplaceVars on the call's arguments.
+void SubstituteVariables(FunctionCall& call);
+
+// The arguments cut at their first comma (a missing comma raises).
+void CutAtFirstComma(const std::string& args, std::string& first, std::string& rest);
+
+// The arguments cut at every comma into their first three pieces (fewer than
+// three raises "Subscript out of range").
+void CutThreePieces(const std::string& args, std::string& first, std::string& second,
+                    std::string& third);
+
+// A bound kept as a 16-bit whole number: the value of its text rounded half
+// to even ("Overflow" when it does not fit).
+int16_t WholeBound(const std::string& text);
+
+}  // namespace gandrel
