@@ -30,10 +30,9 @@ TEST_F(PerDie, BoundsOfATerm) {
   struct Case {
     std::string die;
     double max, min;
-  } cases[] = {
-      {"3d6", 18, 3},   {" D20 ", 20, 1}, {"0d6", 0, 0},      {"3d0", 0, 3},  {"4dfate", 4, -4},
-      {"2dfib", 10, 2}, {"3dq", 21, 0},   {"2.5d6", 15, 2.5}, {"2dab", 2, 2}, {"2da", 10, 10},
-  };
+  } cases[] = {{"3d6", 18, 3},    {" D20 ", 20, 1}, {"0d6", 0, 0},  {"3d0", 0, 3},
+               {"4dfate", 4, -4}, {"2dfib", 10, 2}, {"3dq", 21, 0}, {"2.5d6", 15, 2.5},
+               {"2dab", 2, 2},    {"2da", 10, 10}};
   for (auto& c : cases) {
     std::string die = c.die;
     EXPECT_EQ(GetMaxResult(die), c.max) << c.die;
@@ -49,12 +48,10 @@ TEST_F(PerDie, BoundsOfATerm) {
 TEST_F(PerDie, BreakOutDiceLetsTheRangeTypeDecide) {
   struct Case {
     std::string expr, before, term, after;
-  } cases[] = {
-      {" 2 + 3d6 * 2 ", "2 +", "3d6", "* 2"},
-      {"2dab", "", "2dab", ""},  // Define first, unlike a roll
-      {"x2d10y", "x", "2d1", "0y"},
-      {"d", "", "d", ""},
-  };
+  } cases[] = {{" 2 + 3d6 * 2 ", "2 +", "3d6", "* 2"},
+               {"2dab", "", "2dab", ""},  // Define first, unlike a roll
+               {"x2d10y", "x", "2d1", "0y"},
+               {"d", "", "d", ""}};
   for (auto& c : cases) {
     std::string before = "?", term = "?", after = "?";
     BreakOutDice(c.expr, before, term, after);
@@ -75,8 +72,7 @@ TEST_F(PerDie, ReplaceDiceListsEveryDie) {
       {"0d6", {}, "+", "0d6= = 0\r\n"},
       {"2d6+3", {F(5, 6), F(2, 6)}, "+5+2+3", "2d6= +5+2= 7\r\n"},
       {"2d6+-1d4", {F(5, 6), F(2, 6), F(3, 4)}, "+5+2+-+3", "2d6= +5+2= 7\r\n1d4= +3= 3\r\n"},
-      {"3*2d6", {F(5, 6), F(2, 6)}, "+3*+5+2", "2d6= +5+2= 7\r\n"},
-  };
+      {"3*2d6", {F(5, 6), F(2, 6)}, "+3*+5+2", "2d6= +5+2= 7\r\n"}};
   for (auto& c : cases) {
     ScriptRandom(c.rnd);
     std::string expr = c.in, details;
