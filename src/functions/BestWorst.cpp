@@ -89,11 +89,16 @@ void SortByValue(std::vector<std::string>& items) {
     if (gap < 1) gap = 1;
     bool swapped = false;
     for (long i = 1; i + gap <= count; ++i) {
-      if (values[i + gap] < values[i]) {
-        std::swap(values[i], values[i + gap]);
-        std::swap(order[i], order[i + gap]);
-        swapped = true;
-      }
+      // Written without a branch: whether two random dice swap cannot be
+      // predicted, and a mispredicted jump costs more than both moves.
+      const double a = values[i], b = values[i + gap];
+      const long p = order[i], q = order[i + gap];
+      const bool swap = b < a;
+      values[i] = swap ? b : a;
+      values[i + gap] = swap ? a : b;
+      order[i] = swap ? q : p;
+      order[i + gap] = swap ? p : q;
+      swapped |= swap;
     }
     Yield();
     if (gap == 1 && !swapped) break;

@@ -46,7 +46,8 @@ struct RolledDie {
 
 DieKind KindOfTerm(const std::string& term) {
   DieKind kind;
-  kind.die = "1" + Mid(term, InStr(LCase(term), "d"));
+  kind.die = "1";
+  kind.die += Mid(term, InStr(LCase(term), "d"));
   std::string probe = kind.die;
   kind.hi = GetMaxResult(probe);
   kind.lo = GetMinResult(probe);
@@ -124,7 +125,9 @@ std::string ShowDice(const std::vector<RolledDie>& dice, bool negated) {
     }
     bool removed = die.shown == Shown::Removed;
     shown += negated ? '-' : '+';
-    shown += (removed ? "{" : "[") + JoinRolls(die.rolls) + (removed ? "}" : "]");
+    shown += removed ? '{' : '[';
+    shown += JoinRolls(die.rolls);
+    shown += removed ? '}' : ']';
   }
   return shown;
 }

@@ -52,7 +52,8 @@ void FuncWild(std::string& line, std::string& details, const VarStore& store) {
     std::string totals;
     for (;;) {
       double total = RollTotal(dice, call.details);
-      totals += "+" + Trim(FormatNumber(total));
+      totals += '+';
+      totals += Trim(FormatNumber(total));
       if (total != highest) break;
       // A text whose every roll is its highest (1d1) never stops by itself.
       YieldCheckBreak();

@@ -35,6 +35,7 @@ TEST_F(CapsLimitsTest, CapsBoundEveryTerm) {
       {"@cap(5, 2, 2d6)", Faces({1, 6}), "+2+2", "Cap(5,2,+1+6)=(+2+2)\r\n"},
       {"@lcap(2, 3d6)", Faces({1, 1, 5}), "+2+2+5", "LCap(2,+1+1+5)=(+2+2+5)\r\n"},
       {"@ucap(4, 3d6)", Faces({5, 6, 3}), "+4+4+3", "UCap(4,+5+6+3)=(+4+4+3)\r\n"},
+      {"@ucap(4, 4.5+1d6)", Faces({2}), "+4+2", "UCap(4,+4.5+2)=(+4+2)\r\n"},
       // The one-bound caps keep whole numbers, rounded half to even.
       {"@lcap(2.5, 2d6)", Faces({1, 3}), "+2+3", "LCap(2,+1+3)=(+2+3)\r\n"},
       {"@ucap(3.5, 2d6)", Faces({5, 3}), "+4+3", "UCap(4,+5+3)=(+4+3)\r\n"},

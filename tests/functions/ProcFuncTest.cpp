@@ -186,9 +186,15 @@ TEST_F(ProcFuncTest, AnEndlessWildRollEndsWithTheUsersBreak) {
   ui.onPump = [](long pump) {
     if (pump == 200) runFlags.BreakRequested = true;
   };
-  std::string line = "@wild(1d1)", details;
-  EXPECT_THROW(ProcFunc(line, details, VarStore{}), BreakSignal);
-  EXPECT_GE(ui.pumps, 200);
+  // 0d6 rolls no die at all: the re-roll loop itself has to look for the break.
+  for (const char* text :
+       {"@wild(1d1)", "@wild(0d6)", "@wild(2d1-1d1)", "1+@wilddice(0d6+@wild(1d1))"}) {
+    ui.pumps = 0;
+    runFlags.BreakRequested = false;
+    std::string line = text, details;
+    EXPECT_THROW(ProcFunc(line, details, VarStore{}), BreakSignal) << text;
+    EXPECT_GE(ui.pumps, 200) << text;
+  }
 }
 
 TEST_F(ProcFuncTest, ACallThatComesBackEndsWithTheUsersBreak) {
