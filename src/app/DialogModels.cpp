@@ -186,6 +186,45 @@ std::string LimitShownText(const std::string& text, std::size_t limit) {
   return shown + "... " + GroupDigits(text.size() - cut) + " more characters not shown";
 }
 
+// Where a piece of at most width characters of line, from start on, ends:
+// before a sign or after a blank in its last quarter, else at the width.
+static size_t PieceEnd(const std::string& line, size_t start, size_t width) {
+  size_t end = start + width;
+  for (size_t at = end; at > end - width / 4; --at) {
+    char c = line[at];
+    if (c == '+' || c == '-') return at;
+    if (line[at - 1] == ' ') return at;
+  }
+  while (end > start + 1 && IsUtf8Continuation(line[end]))
+    --end;
+  return end;
+}
+
+std::string BreakLongLines(const std::string& text, std::size_t width) {
+  if (width < 4) width = 4;
+  std::string broken;
+  broken.reserve(text.size() + text.size() / width * 2);
+  size_t lineStart = 0;
+  while (lineStart <= text.size()) {
+    size_t lineEnd = text.find('\n', lineStart);
+    if (lineEnd == std::string::npos) lineEnd = text.size();
+    size_t contentEnd = lineEnd;
+    if (contentEnd > lineStart && text[contentEnd - 1] == '\r') --contentEnd;
+    size_t start = lineStart;
+    while (contentEnd - start > width) {
+      size_t end = PieceEnd(text, start, width);
+      broken.append(text, start, end - start);
+      broken += "\r\n";
+      start = end;
+    }
+    broken.append(text, start, lineEnd - start);
+    if (lineEnd == text.size()) break;
+    broken += '\n';
+    lineStart = lineEnd + 1;
+  }
+  return broken;
+}
+
 // ---- Script files ----------------------------------------------------------
 
 std::vector<std::string> SplitScriptLines(const std::string& editorText) {

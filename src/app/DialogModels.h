@@ -52,6 +52,14 @@ inline constexpr std::size_t kShownTextLimit = 1000000;
 // "... 12,345,678 more characters not shown".
 std::string LimitShownText(const std::string& text, std::size_t limit = kShownTextLimit);
 
+// A text box lays a line out whole, and a line of a million dice takes it
+// minutes: lines longer than width are broken into pieces of at most width
+// characters, before a "+" or "-" or after a blank when one is near the end
+// of the piece, else at the width (never inside a UTF-8 character). Pieces
+// are joined by CR LF.
+inline constexpr std::size_t kShownLineWidth = 1000;
+std::string BreakLongLines(const std::string& text, std::size_t width = kShownLineWidth);
+
 // 12345678 as "12,345,678".
 std::string GroupDigits(std::size_t number);
 

@@ -32,7 +32,10 @@ FontSetting FromQFont(const QFont& font) {
 
 QString DescribeFont(const FontSetting& setting) {
   QStringList parts;
-  parts << QString::fromStdString(setting.Name);
+  QString family = QString::fromStdString(setting.Name);
+  if (!QFontDatabase::hasFamily(family.trimmed()))
+    family += " (shown as " + ToQFont(setting).family() + ")";
+  parts << family;
   // A float size such as 9.8 would print as 9.80000019073486: two decimals do.
   double size = std::round(static_cast<double>(setting.Size) * 100.0) / 100.0;
   parts << QString::fromStdString(FormatNumber(size)) + " pt";

@@ -20,7 +20,8 @@ QFont ToQFont(const FontSetting& setting);
 // The setting for a font chosen in a font dialog.
 FontSetting FromQFont(const QFont& font);
 
-// "DejaVu Sans, 8.25 pt, bold": how a setting is shown to the user.
+// "DejaVu Sans, 8.25 pt, bold": how a setting is shown to the user; a missing
+// family says what it is shown as: "MS Sans Serif (shown as DejaVu Sans), ...".
 QString DescribeFont(const FontSetting& setting);
 
 }  // namespace gandrel

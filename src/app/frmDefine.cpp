@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -45,6 +46,7 @@ frmDefine::frmDefine(QWidget* parent) : QDialog(parent) {
   layout->addWidget(lstTypes, 1);
   layout->addLayout(buttons);
   resize(460, 360);
+  lstTypes->txtEntry->setFocus();
 }
 
 void frmDefine::Apply() {

@@ -365,7 +365,7 @@ void frmMain::SetResultText(const std::string& text) {
 }
 
 void frmMain::SetEachResultText(const std::string& text) {
-  txtEachResult->setPlainText(ToEditorText(LimitShownText(text)));
+  txtEachResult->setPlainText(ToEditorText(BreakLongLines(LimitShownText(text))));
 }
 
 void frmMain::SetClipboardText(const std::string& text) {

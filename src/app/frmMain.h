@@ -40,7 +40,8 @@ class frmMain : public QWidget, public MainView {
   void SetDieValueText(const std::string& text) override;
   void SelectAllDieValue() override;
   void SetResultText(const std::string& text) override;
-  // Shows at most about 1 MB of the text (see LimitShownText).
+  // Shows at most about 1 MB of the text, long lines broken (see
+  // LimitShownText and BreakLongLines).
   void SetEachResultText(const std::string& text) override;
   void SetClipboardText(const std::string& text) override;
   void ClearDieList() override;

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "ShellFixture.h"
 #include "app/DialogModels.h"
 #include "app/Settings.h"
+#include "calc/Basic.h"
 #include "dice/modDiceCalc.h"
 
 namespace gandrel::testing {
@@ -173,6 +175,39 @@ TEST_F(DialogModelsTest, ShownTextIsLimited) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(LimitShownText(c.text, c.limit), c.expected);
   }
+}
+
+TEST_F(DialogModelsTest, LongLinesAreBroken) {
+  struct Case {
+    const char* name;
+    std::string text;
+    size_t width;
+    std::string expected;
+  } cases[] = {
+      {"short lines kept", "ab\r\ncd\r\n", 4, "ab\r\ncd\r\n"},
+      {"before a sign", "3d6= +1+2+3+4", 8, "3d6= +1\r\n+2+3+4"},
+      {"after a blank", "abcdef ghij", 8, "abcdef \r\nghij"},
+      {"at the width", "abcdefghijkl", 8, "abcdefgh\r\nijkl"},
+      {"sign too early", "+abcdefghij", 8, "+abcdefg\r\nhij"},
+      {"every piece", "+1+2+3+4+5+6+7+8+9", 6, "+1+2+3\r\n+4+5+6\r\n+7+8+9"},
+      {"line end kept", "+1+2+3+4\r\nx", 6, "+1+2+3\r\n+4\r\nx"},
+      {"no UTF-8 split", "abcdefg\xC3\xA9xyz", 8, "abcdefg\r\n\xC3\xA9xyz"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(BreakLongLines(c.text, c.width), c.expected);
+  }
+  // A million dice become short lines, and no character is lost.
+  std::string dice;
+  for (int i = 0; i < 200000; ++i)
+    dice += "+" + std::to_string(i % 6 + 1);
+  std::string broken = BreakLongLines(dice);
+  size_t longest = 0, start = 0;
+  for (size_t end = broken.find("\r\n"); end != std::string::npos;
+       start = end + 2, end = broken.find("\r\n", start))
+    longest = std::max(longest, end - start);
+  EXPECT_LE(longest, kShownLineWidth);
+  EXPECT_EQ(ReplaceAll(broken, "\r\n", ""), dice);
 }
 
 TEST_F(DialogModelsTest, GroupDigits) {
