@@ -32,7 +32,8 @@ std::string FormatNumber(double value) {
   for (char c : sci.substr(0, epos))
     if (c != '.') digits += c;
   int exponent = std::atoi(std::string(sci.substr(epos + 1)).c_str());
-  while (digits.size() > 1 && digits.back() == '0') digits.pop_back();
+  while (digits.size() > 1 && digits.back() == '0')
+    digits.pop_back();
 
   std::string out = negative ? "-" : "";
   if (exponent >= 15 || exponent < -4) {
@@ -63,52 +64,54 @@ std::string FormatNumber(double value) {
   return out;
 }
 
+static size_t SkipDigits(std::string_view text, size_t i) {
+  while (i < text.size() && text[i] >= '0' && text[i] <= '9')
+    ++i;
+  return i;
+}
+
 double ReadNumber(std::string_view text) {
   size_t i = 0, n = text.size();
-  while (i < n && text[i] == ' ') ++i;
-
-  std::string canon;
-  if (i < n && (text[i] == '-' || text[i] == '+')) {
-    if (text[i] == '-') canon += '-';
+  while (i < n && text[i] == ' ')
     ++i;
-  }
-  bool anyDigit = false;
-  std::string mantissa;
-  while (i < n && text[i] >= '0' && text[i] <= '9') {
-    mantissa += text[i++];
-    anyDigit = true;
-  }
+  bool negative = false;
+  if (i < n && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
+
+  // The number proper: digits, an optional point and fraction.
+  size_t begin = i;
+  i = SkipDigits(text, i);
+  bool anyDigit = i > begin;
   if (i < n && text[i] == '.') {
-    mantissa += text[i++];
-    while (i < n && text[i] >= '0' && text[i] <= '9') {
-      mantissa += text[i++];
-      anyDigit = true;
-    }
+    size_t fraction = i + 1;
+    i = SkipDigits(text, fraction);
+    anyDigit = anyDigit || i > fraction;
   }
   if (!anyDigit) return 0.0;
-  if (mantissa.front() == '.') mantissa.insert(0, "0");
-  canon += mantissa;
 
+  // An exponent counts only when digits follow its marker (and sign).
+  size_t end = i;
   if (i < n && (text[i] == 'E' || text[i] == 'D')) {
     size_t j = i + 1;
-    std::string exp = "e";
-    if (j < n && (text[j] == '-' || text[j] == '+')) exp += text[j++];
-    size_t firstDigit = j;
-    while (j < n && text[j] >= '0' && text[j] <= '9') exp += text[j++];
-    if (j > firstDigit) canon += exp;
+    if (j < n && (text[j] == '-' || text[j] == '+')) ++j;
+    size_t digitsEnd = SkipDigits(text, j);
+    if (digitsEnd > j) end = digitsEnd;
   }
 
+  std::string number(text.substr(begin, end - begin));
+  size_t marker = number.find('D');
+  if (marker != std::string::npos) number[marker] = 'E';
+
   double value = 0.0;
-  auto res = std::from_chars(canon.data(), canon.data() + canon.size(), value);
+  auto res = std::from_chars(number.data(), number.data() + number.size(), value);
   if (res.ec == std::errc::result_out_of_range) {
     // from_chars says the same for a number too small to tell from zero.
-    size_t e = canon.find('e');
-    bool tiny = e != std::string::npos && e + 1 < canon.size() && canon[e + 1] == '-';
+    size_t e = number.find('E');
+    bool tiny = e != std::string::npos && e + 1 < number.size() && number[e + 1] == '-';
     if (tiny) return 0.0;
     Raise(ErrNo::Overflow);
   }
   if (!std::isfinite(value)) Raise(ErrNo::Overflow);
-  return value;
+  return negative ? -value : value;
 }
 
 }  // namespace gandrel
