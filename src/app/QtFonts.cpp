@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QStringList>
 
 #include "calc/NumberText.h"
@@ -34,7 +35,7 @@ QString DescribeFont(const FontSetting& setting) {
   QStringList parts;
   QString family = QString::fromStdString(setting.Name);
   if (!QFontDatabase::hasFamily(family.trimmed()))
-    family += " (shown as " + ToQFont(setting).family() + ")";
+    family += " (shown as " + QFontInfo(ToQFont(setting)).family() + ")";
   parts << family;
   // A float size such as 9.8 would print as 9.80000019073486: two decimals do.
   double size = std::round(static_cast<double>(setting.Size) * 100.0) / 100.0;
