@@ -84,54 +84,16 @@ TEST_F(DialogModelsTest, ApplyingAlwaysAddItems) {
     int keepNumAfter;
     bool rebuilt;
   } cases[] = {
-      {"new items at the top",
-       false,
-       5,
-       {},
-       {"1d6", "2d6"},
-       {"a", "b"},
-       {"a", "b", "1d6", "2d6"},
-       5,
-       true},
-      {"new items at the bottom",
-       true,
-       5,
-       {},
-       {"2d6", "1d6"},
-       {"a", "b"},
-       {"2d6", "1d6", "a", "b"},
-       5,
-       true},
+      // clang-format off
+      {"new items at the top", false, 5, {}, {"1d6", "2d6"}, {"a", "b"}, {"a", "b", "1d6", "2d6"}, 5, true},
+      {"new items at the bottom", true, 5, {}, {"2d6", "1d6"}, {"a", "b"}, {"2d6", "1d6", "a", "b"}, 5, true},
       {"old item gone, ordinary kept", false, 5, {"a"}, {"a", "x"}, {"b"}, {"b", "x"}, 5, true},
-      {"no room: oldest ordinary leaves",
-       false,
-       3,
-       {},
-       {"o1", "o2", "o3"},
-       {"a", "b"},
-       {"a", "b", "o3"},
-       3,
-       true},
-      {"no room, new first: oldest leaves",
-       true,
-       3,
-       {},
-       {"o3", "o2", "o1"},
-       {"a", "b"},
-       {"o3", "a", "b"},
-       3,
-       true},
+      {"no room: oldest leaves", false, 3, {}, {"o1", "o2", "o3"}, {"a", "b"}, {"a", "b", "o3"}, 3, true},
+      {"no room, new first", true, 3, {}, {"o3", "o2", "o1"}, {"a", "b"}, {"o3", "a", "b"}, 3, true},
       {"listed entry becomes an item", false, 5, {}, {"x", "A"}, {"a"}, {"a", "x"}, 5, true},
       {"keep number raised", false, 1, {}, {"x"}, {"a", "b"}, {"a", "b"}, 2, true},
-      {"unchanged items leave the history",
-       false,
-       1,
-       {"a", "b"},
-       {"b", "a", "x"},
-       {"a", "b"},
-       {"b", "a", "x"},
-       2,
-       false},
+      {"unchanged items", false, 1, {"a", "b"}, {"b", "a", "x"}, {"a", "b"}, {"b", "a", "x"}, 2, false},
+      // clang-format on
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -208,15 +170,6 @@ TEST_F(DialogModelsTest, LongLinesAreBroken) {
     longest = std::max(longest, end - start);
   EXPECT_LE(longest, kShownLineWidth);
   EXPECT_EQ(ReplaceAll(broken, "\r\n", ""), dice);
-}
-
-TEST_F(DialogModelsTest, GroupDigits) {
-  struct Case {
-    size_t number;
-    const char* text;
-  } cases[] = {{0, "0"}, {999, "999"}, {1000, "1,000"}, {12345678, "12,345,678"}};
-  for (const Case& c : cases)
-    EXPECT_EQ(GroupDigits(c.number), c.text);
 }
 
 TEST_F(DialogModelsTest, ScriptLinesForAFile) {

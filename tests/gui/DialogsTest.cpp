@@ -18,7 +18,6 @@
 #include "app/QtEntryList.h"
 #include "app/QtFonts.h"
 #include "app/Settings.h"
-#include "app/frmAbout.h"
 #include "app/frmDefine.h"
 #include "app/frmPrefs.h"
 #include "dice/modDiceCalc.h"
@@ -217,13 +216,6 @@ TEST_F(WindowTest, MessageBoxesArePlainTextWithTheirAnswer) {
     EXPECT_TRUE(seen);
     EXPECT_EQ(answer, c.answer);
   }
-}
-
-TEST_F(WindowTest, AboutNamesGandrelItsVersionAndLicence) {
-  frmAbout about;
-  EXPECT_EQ(about.lblName->text(), "Gandrel");
-  EXPECT_EQ(about.lblVersion->text(), QString("Version ") + GANDREL_VERSION);
-  EXPECT_TRUE(about.lblLicence->text().contains("MIT"));
 }
 
 }  // namespace

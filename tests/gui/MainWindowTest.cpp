@@ -213,12 +213,6 @@ TEST_F(WindowTest, ScriptEditorHandsCrLfLinesAndSavesTrimmed) {
   EXPECT_EQ(ui.messages.size(), 2u);
 }
 
-TEST_F(WindowTest, EscapeAsksForABreak) {
-  frmMain& w = StartWindow();
-  QTest::keyClick(w.comboDieValue->lineEdit(), Qt::Key_Escape);
-  EXPECT_TRUE(runFlags.BreakRequested);
-}
-
 TEST_F(WindowTest, OneRollAtATime) {
   frmMain& w = StartWindow();
   w.comboDieValue->setEditText("200000d6");
@@ -238,7 +232,9 @@ TEST_F(WindowTest, OneRollAtATime) {
     QTest::keyClick(w.comboDieValue->lineEdit(), Qt::Key_Return);
     w.btnRoll->click();
     EXPECT_EQ(w.comboDieValue->currentText(), "1d1");
+    // Escape reaches the window while the roll pumps events.
     QTest::keyClick(w.comboDieValue->lineEdit(), Qt::Key_Escape);
+    EXPECT_TRUE(runFlags.BreakRequested);
   });
   w.btnRoll->click();
   EXPECT_TRUE(checked);
@@ -288,16 +284,6 @@ TEST_F(WindowTest, EachResultBoxShowsAboutOneMegabyteInShortLines) {
   EXPECT_TRUE(lines.back().endsWith(" more characters not shown"));
 }
 
-TEST_F(WindowTest, SeeAllShowsAndHidesTheDetails) {
-  frmMain& w = StartWindow();
-  w.chkResults->setChecked(true);
-  EXPECT_TRUE(settings.SeeAll);
-  EXPECT_TRUE(w.txtEachResult->isVisible());
-  w.chkResults->setChecked(false);
-  EXPECT_FALSE(settings.SeeAll);
-  EXPECT_FALSE(w.txtEachResult->isVisible());
-}
-
 TEST_F(WindowTest, PlacementRoundTrip) {
   struct Case {
     int16_t state;
@@ -306,13 +292,7 @@ TEST_F(WindowTest, PlacementRoundTrip) {
   frmMain& w = StartWindow();
   for (const Case& c : cases) {
     SCOPED_TRACE(c.state);
-    settings.Main = WindowPlacement{};
-    settings.Main.Left = 50;
-    settings.Main.Top = 60;
-    settings.Main.Width = 700;
-    settings.Main.Height = 480;
-    settings.Main.Splitter = 300;
-    settings.Main.State = c.state;
+    settings.Main = WindowPlacement{50, 60, 700, 480, c.state, 300};
     w.RestorePlacement();
     EXPECT_EQ(w.isMaximized(), c.maximised);
     EXPECT_EQ(w.isMinimized(), c.minimised);
@@ -321,11 +301,9 @@ TEST_F(WindowTest, PlacementRoundTrip) {
     w.StorePlacement();
     EXPECT_EQ(settings.Main.State, c.state);
     if (c.state == 0) {
-      EXPECT_EQ(settings.Main.Left, 50);
-      EXPECT_EQ(settings.Main.Top, 60);
-      EXPECT_EQ(settings.Main.Width, 700);
-      EXPECT_EQ(settings.Main.Height, 480);
-      EXPECT_EQ(settings.Main.Splitter, 300);
+      const WindowPlacement& p = settings.Main;
+      EXPECT_EQ(std::vector<int>({p.Left, p.Top, p.Width, p.Height, p.Splitter}),
+                std::vector<int>({50, 60, 700, 480, 300}));
     }
   }
 }
