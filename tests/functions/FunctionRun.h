@@ -1,6 +1,8 @@
 // Running script lines through ProcFunc in tests, with scripted dice.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -11,36 +13,39 @@
 
 namespace gandrel::testing {
 
-// The random values that make dice of the given size show these faces.
-inline std::vector<double> Faces(std::initializer_list<double> faces, double sides = 6) {
+// The random values that make dice of that many sides show these faces.
+inline std::vector<double> Dice(std::initializer_list<double> faces, double sides = 6) {
   std::vector<double> values;
   for (double face : faces)
     values.push_back(FaceToRnd(face, sides));
   return values;
 }
 
-struct Outcome {
+// A line, its scripted rolls, and the line and details that ProcFunc leaves.
+struct LineCase {
   std::string line;
-  std::string details;
+  std::vector<double> random;
+  std::string result, details;
 };
 
-// ProcFunc on the line, the next random values scripted.
-inline Outcome RunLine(const std::string& line, const std::vector<double>& random = {},
-                       const VarStore& store = VarStore{}) {
-  ScriptRandom(random);
-  Outcome out{line, ""};
-  ProcFunc(out.line, out.details, store);
-  return out;
+// Each case starts from the details given, so that a replaced text shows.
+inline void ExpectLines(const std::vector<LineCase>& cases, const VarStore& store = VarStore{},
+                        const std::string& details = "") {
+  for (const LineCase& c : cases) {
+    ScriptRandom(c.random);
+    std::string line = c.line, out = details;
+    ProcFunc(line, out, store);
+    EXPECT_EQ(line, c.result) << c.line;
+    EXPECT_EQ(out, c.details) << c.line;
+  }
 }
 
-// A store holding one list; items joined by NUL as the executor keeps them.
+// A store with one list, its items joined by NUL as the executor keeps them.
 inline VarStore StoreWithList(const std::string& name, const std::vector<std::string>& items) {
   VarStore store;
   std::string joined;
-  for (size_t i = 0; i < items.size(); ++i) {
-    if (i > 0) joined += '\0';
-    joined += items[i];
-  }
+  for (size_t i = 0; i < items.size(); ++i)
+    joined += (i ? std::string(1, '\0') : "") + items[i];
   store.listNames.push_back(name);
   store.listItems.push_back(joined);
   return store;
