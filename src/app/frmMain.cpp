@@ -315,9 +315,9 @@ void frmMain::RollClicked() {
   }
 }
 
-// Enter rolls, then moves the caret as one Left-arrow would (to the start of
-// the selected text). Enter goes no further: the combo box would take it for
-// the pick of an entry whose text equals the typed one.
+// Enter rolls, then moves the caret as one Left-arrow in the selected text
+// would. Enter goes no further: the combo box has nothing to add (it would
+// take it for the pick of an entry whose text equals the typed one).
 void frmMain::RollFromEnter() {
   RollClicked();
   QKeyEvent left(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
