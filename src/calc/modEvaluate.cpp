@@ -24,7 +24,7 @@ constexpr long kLongestNumberText = 32;
 
 // Parentheses are evaluated by recursion; past this depth the evaluation is
 // refused as running out of stack rather than risking the real stack.
-constexpr int kMaxNesting = 1000;
+constexpr int kMaxNesting = 200;
 int nesting = 0;
 
 // Operand characters: digits, the point, and the exponent markers D and E.

@@ -136,11 +136,11 @@ std::string Nested(int depth) {
 }
 
 TEST_F(EvaluateTest, DeepNestingIsRefusedWithoutExhaustingTheStack) {
-  std::string deepest = Nested(999), tooDeep = Nested(1000);
+  std::string deepest = Nested(199), tooDeep = Nested(200);
   EXPECT_EQ(Evaluate(deepest), 7);
   EXPECT_TRUE(ui.messages.empty());
   EXPECT_EQ(Evaluate(tooDeep), 0);
-  EXPECT_EQ(tooDeep, "%" + Nested(1000));
+  EXPECT_EQ(tooDeep, "%" + Nested(200));
   EXPECT_EQ(ui.Texts(), std::vector<std::string>{ErrorText("Out of stack space")});
 }
 
