@@ -18,12 +18,26 @@ UserInterface* current = &silent;
 
 }  // namespace
 
-UserInterface& UI() { return *current; }
+UserInterface& UI() {
+  return *current;
+}
 
-void SetUI(UserInterface* ui) { current = ui ? ui : &silent; }
+void SetUI(UserInterface* ui) {
+  current = ui ? ui : &silent;
+}
 
 void MsgBox(const std::string& text) {
   UI().ShowMessage(text, MsgButtons::Ok, MsgIcon::None, kAppTitle);
+}
+
+void ShowErrorMessage(const RuntimeError& error, const std::string& tooBig,
+                      const std::string& advice) {
+  if (error.Number() == ErrNo::Overflow) {
+    MsgBox(tooBig);
+    return;
+  }
+  MsgBox("I'm sorry, but the following error has occurred:\r" + error.Description() + "\r\r" +
+         advice);
 }
 
 }  // namespace gandrel

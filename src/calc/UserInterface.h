@@ -8,6 +8,8 @@
 
 #include <string>
 
+#include "calc/RuntimeError.h"
+
 namespace gandrel {
 
 inline constexpr const char* kAppTitle = "Gandrel";
@@ -39,5 +41,11 @@ void SetUI(UserInterface* ui);
 
 // The common case: a message with an OK button, no icon, titled "Gandrel".
 void MsgBox(const std::string& text);
+
+// The message of a run-time error met while calculating or rolling: tooBig
+// for an overflow; for any other error, "I'm sorry, but the following error
+// has occurred:", its description, and advice.
+void ShowErrorMessage(const RuntimeError& error, const std::string& tooBig,
+                      const std::string& advice);
 
 }  // namespace gandrel

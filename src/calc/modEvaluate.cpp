@@ -398,12 +398,8 @@ std::optional<double> EvaluateText(std::string_view expression) {
 }
 
 void ShowCalcError(const RuntimeError& error) {
-  if (error.Number() == ErrNo::Overflow) {
-    MsgBox("I'm sorry, but the result calculated is too big for me to handle.");
-    return;
-  }
-  MsgBox("I'm sorry, but the following error has occurred:\r" + error.Description() +
-         "\r\rIf performing a complex calculation, please simplify or use smaller numbers.");
+  ShowErrorMessage(error, "I'm sorry, but the result calculated is too big for me to handle.",
+                   "If performing a complex calculation, please simplify or use smaller numbers.");
 }
 
 }  // namespace

@@ -187,13 +187,9 @@ void PutDetailLine(const std::string& die, const std::string& diceText, double t
 }
 
 void ReportRollFailure(const RuntimeError& error) {
-  if (error.Number() == ErrNo::Overflow) {
-    MsgBox("I'm sorry, but the die result generated is too big for me to handle.");
-    return;
-  }
-  MsgBox("I'm sorry, but the following error has occurred:\r" + error.Description() +
-         "\r\rIf rolling a huge die, or number of dice, please use something smaller.");
-  OnRollFailed();
+  ShowErrorMessage(error, "I'm sorry, but the die result generated is too big for me to handle.",
+                   "If rolling a huge die, or number of dice, please use something smaller.");
+  if (error.Number() != ErrNo::Overflow) OnRollFailed();
 }
 
 // The common steps of both rolling procedures. dice receives the list of
