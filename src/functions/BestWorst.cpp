@@ -17,6 +17,19 @@ namespace {
 
 enum class Keep { Highest, Lowest };
 
+struct Keeping {
+  std::string_view name;
+  Keep keep;
+  bool fromList;  // the dice text is the items of the list named
+  const char* traceName;
+};
+
+constexpr Keeping kKeepings[] = {
+    {"@best", Keep::Highest, false, "Best("},
+    {"@worst", Keep::Lowest, false, "Worst("},
+    {"@bestlist", Keep::Highest, true, "Best("},
+};
+
 // The terms to keep, written out as a sum: all of them in rolled order when
 // there are no more than num, else the num highest (highest first) or the num
 // lowest (lowest first).
@@ -39,26 +52,6 @@ std::string KeptTerms(std::vector<std::string>& terms, int16_t num, Keep keep) {
   return kept;
 }
 
-// Rolls the dice text, keeps num of its terms and puts them in the call's place.
-void KeepTerms(FunctionCall& call, std::string dice, int16_t num, Keep keep,
-               const char* traceName) {
-  dice = PerDieText(std::move(dice), call.details);
-  call.BeginTrace(traceName + FormatNumber(num) + "," + dice + ")=");
-  std::vector<std::string> terms = SplitTerms(dice);
-  std::string kept = KeptTerms(terms, num, keep);
-  FoldSigns(kept);
-  call.details += "(" + kept + ")" + kCrLf;
-  call.Finish(kept);
-}
-
-void KeepFromRoll(FunctionCall& call, Keep keep, const char* traceName) {
-  if (!RequireComma(call)) return;
-  SubstituteVariables(call);
-  std::string num, dice;
-  CutAtFirstComma(call.args, num, dice);
-  KeepTerms(call, dice, WholeBound(num), keep, traceName);
-}
-
 // The dice text of every list of that name: its items one after the other,
 // nothing put between them (so items are expected to carry their signs).
 std::string ListDiceText(const VarStore& store, const std::string& name) {
@@ -69,6 +62,19 @@ std::string ListDiceText(const VarStore& store, const std::string& name) {
       if (c != '\0') dice += c;
   }
   return dice;
+}
+
+// Rolls the dice text, keeps num of its terms and puts them in the call's place.
+void KeepTerms(FunctionCall& call) {
+  const Keeping& keeping = RowOf(kKeepings, call);
+  BoundedArgs args;
+  if (!ReadBoundedArgs(call, 1, true, args)) return;
+  const auto num = static_cast<int16_t>(args.bounds[0]);
+  std::string dice =
+      keeping.fromList ? ListDiceText(call.store, LCase(Trim(args.dice))) : args.dice;
+  ReplaceByTerms(
+      call, dice, keeping.traceName + args.Shown(","),
+      [&](std::vector<std::string>& terms) { return KeptTerms(terms, num, keeping.keep); });
 }
 
 }  // namespace
@@ -111,24 +117,15 @@ void SortByValue(std::vector<std::string>& items) {
 }
 
 void FuncBest(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@best", line, details, store,
-             [](FunctionCall& call) { KeepFromRoll(call, Keep::Highest, "Best("); });
+  HandleCall("@best", line, details, store, KeepTerms);
 }
 
 void FuncWorst(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@worst", line, details, store,
-             [](FunctionCall& call) { KeepFromRoll(call, Keep::Lowest, "Worst("); });
+  HandleCall("@worst", line, details, store, KeepTerms);
 }
 
 void FuncBestList(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@bestlist", line, details, store, [](FunctionCall& call) {
-    if (!RequireComma(call)) return;
-    SubstituteVariables(call);
-    std::string num, listName;
-    CutAtFirstComma(call.args, num, listName);
-    int16_t kept = WholeBound(num);
-    KeepTerms(call, ListDiceText(call.store, LCase(Trim(listName))), kept, Keep::Highest, "Best(");
-  });
+  HandleCall("@bestlist", line, details, store, KeepTerms);
 }
 
 }  // namespace gandrel

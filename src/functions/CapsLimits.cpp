@@ -16,8 +16,26 @@ namespace gandrel {
 
 namespace {
 
-// Which sides a cap or limit bounds.
+// Which sides a cap or limit bounds. Both takes two bounds, low then high;
+// the others take one.
 enum class Sides { Both, Lower, Upper };
+
+struct Bounding {
+  std::string_view name;
+  Sides sides;
+  bool whole;     // the bound kept as a 16-bit whole number
+  bool eachTerm;  // a cap; a limit bounds the total
+  const char* traceName;
+};
+
+constexpr Bounding kBoundings[] = {
+    {"@cap", Sides::Both, false, true, "Cap("},
+    {"@lcap", Sides::Lower, true, true, "LCap("},
+    {"@ucap", Sides::Upper, true, true, "UCap("},
+    {"@limit", Sides::Both, false, false, "Limit("},
+    {"@llimit", Sides::Lower, false, false, "LLimit("},
+    {"@ulimit", Sides::Upper, false, false, "ULimit("},
+};
 
 // Raises a term below low to low's text, then lowers one above high to
 // high's text, reading the term again after the first step.
@@ -27,112 +45,74 @@ std::string CapTerm(std::string term, double low, double high, Sides sides) {
   return term;
 }
 
-// Rolls the dice text into single terms, bounds each and puts their sum in
-// the call's place. traceHead is the trace name and the bounds, each followed
-// by ",".
-void CapTerms(FunctionCall& call, std::string dice, double low, double high, Sides sides,
-              const std::string& traceHead) {
-  dice = PerDieText(std::move(dice), call.details);
-  call.BeginTrace(traceHead + dice + ")=");
-  std::vector<std::string> terms = SplitTerms(dice);
-  std::string capped;
-  for (size_t i = 1; i < terms.size(); ++i)
-    AppendTerm(capped, CapTerm(terms[i], low, high, sides));
-  FoldSigns(capped);
-  call.details += "(" + capped + ")" + kCrLf;
-  call.Finish(capped);
-}
-
 double BoundTotal(double value, double low, double high, Sides sides) {
   if (sides != Sides::Upper && !(value >= low)) value = low;
   if (sides != Sides::Lower && value > high) value = high;
   return value;
 }
 
+// Rolls the dice text into single terms, bounds each and puts their sum in
+// the call's place.
+void CapTerms(FunctionCall& call, const Bounding& cap, double low, double high,
+              const BoundedArgs& args) {
+  ReplaceByTerms(call, args.dice, cap.traceName + args.Shown(","),
+                 [&](std::vector<std::string>& terms) {
+                   std::string capped;
+                   for (size_t i = 1; i < terms.size(); ++i)
+                     AppendTerm(capped, CapTerm(terms[i], low, high, cap.sides));
+                   return capped;
+                 });
+}
+
 // Rolls and calculates the dice text, bounds its total and puts that number in
-// the call's place. traceHead is the trace name and the bounds, each followed
-// by ", ".
-void LimitTotal(FunctionCall& call, std::string dice, double low, double high, Sides sides,
-                const std::string& traceHead) {
+// the call's place.
+void LimitTotal(FunctionCall& call, const Bounding& limit, double low, double high,
+                const BoundedArgs& args) {
+  std::string dice = args.dice;
   ExpandAllDice(dice);
   ReplaceDice(dice, call.details);
   double value = Calc(dice, call.details);
   // The calculation's own detail ends without a line break.
   if (settings.LongResults) call.details += kCrLf;
-  call.BeginTrace(traceHead + FormatNumber(value) + ")=");
-  value = BoundTotal(value, low, high, sides);
+  call.BeginTrace(limit.traceName + args.Shown(", ") + FormatNumber(value) + ")=");
+  value = BoundTotal(value, low, high, limit.sides);
   call.details += FormatNumber(value) + kCrLf;
   call.Finish(FormatNumber(value));
+}
+
+void BoundRoll(FunctionCall& call) {
+  const Bounding& bounding = RowOf(kBoundings, call);
+  BoundedArgs args;
+  if (!ReadBoundedArgs(call, bounding.sides == Sides::Both ? 2 : 1, bounding.whole, args)) return;
+  const double low = bounding.sides == Sides::Upper ? 0 : args.bounds.front();
+  const double high = bounding.sides == Sides::Lower ? 0 : args.bounds.back();
+  (bounding.eachTerm ? CapTerms : LimitTotal)(call, bounding, low, high, args);
 }
 
 }  // namespace
 
 void FuncCap(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@cap", line, details, store, [](FunctionCall& call) {
-    if (!RequireTwoCommas(call)) return;
-    SubstituteVariables(call);
-    std::string low, high, dice;
-    CutThreePieces(call.args, low, high, dice);
-    double lowCap = ReadNumber(low), highCap = ReadNumber(high);
-    CapTerms(call, dice, lowCap, highCap, Sides::Both,
-             "Cap(" + FormatNumber(lowCap) + "," + FormatNumber(highCap) + ",");
-  });
+  HandleCall("@cap", line, details, store, BoundRoll);
 }
 
 void FuncLCap(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@lcap", line, details, store, [](FunctionCall& call) {
-    if (!RequireComma(call)) return;
-    SubstituteVariables(call);
-    std::string bound, dice;
-    CutAtFirstComma(call.args, bound, dice);
-    int16_t cap = WholeBound(bound);
-    CapTerms(call, dice, cap, 0, Sides::Lower, "LCap(" + FormatNumber(cap) + ",");
-  });
+  HandleCall("@lcap", line, details, store, BoundRoll);
 }
 
 void FuncUCap(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@ucap", line, details, store, [](FunctionCall& call) {
-    if (!RequireComma(call)) return;
-    SubstituteVariables(call);
-    std::string bound, dice;
-    CutAtFirstComma(call.args, bound, dice);
-    int16_t cap = WholeBound(bound);
-    CapTerms(call, dice, 0, cap, Sides::Upper, "UCap(" + FormatNumber(cap) + ",");
-  });
+  HandleCall("@ucap", line, details, store, BoundRoll);
 }
 
 void FuncLimit(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@limit", line, details, store, [](FunctionCall& call) {
-    if (!RequireTwoCommas(call)) return;
-    SubstituteVariables(call);
-    std::string low, high, dice;
-    CutThreePieces(call.args, low, high, dice);
-    double lower = ReadNumber(low), upper = ReadNumber(high);
-    LimitTotal(call, dice, lower, upper, Sides::Both,
-               "Limit(" + FormatNumber(lower) + ", " + FormatNumber(upper) + ", ");
-  });
+  HandleCall("@limit", line, details, store, BoundRoll);
 }
 
 void FuncLLimit(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@llimit", line, details, store, [](FunctionCall& call) {
-    if (!RequireComma(call)) return;
-    SubstituteVariables(call);
-    std::string bound, dice;
-    CutAtFirstComma(call.args, bound, dice);
-    double lower = ReadNumber(bound);
-    LimitTotal(call, dice, lower, 0, Sides::Lower, "LLimit(" + FormatNumber(lower) + ", ");
-  });
+  HandleCall("@llimit", line, details, store, BoundRoll);
 }
 
 void FuncULimit(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@ulimit", line, details, store, [](FunctionCall& call) {
-    if (!RequireComma(call)) return;
-    SubstituteVariables(call);
-    std::string bound, dice;
-    CutAtFirstComma(call.args, bound, dice);
-    double upper = ReadNumber(bound);
-    LimitTotal(call, dice, 0, upper, Sides::Upper, "ULimit(" + FormatNumber(upper) + ", ");
-  });
+  HandleCall("@ulimit", line, details, store, BoundRoll);
 }
 
 }  // namespace gandrel

@@ -49,41 +49,39 @@ void HandleCall(std::string_view name, std::string& line, std::string& details,
   if (error) call.Fail("Error: " + error->Description() + kCrLf + UsageText(name));
 }
 
-bool RequireComma(FunctionCall& call) {
-  if (InStr(call.args, ",") != 0) return true;
-  call.FailMissingComma();
-  return false;
-}
-
-bool RequireTwoCommas(FunctionCall& call) {
-  if (CountOccurrences(call.args, ",") == 2) return true;
-  call.FailMissingComma();
-  return false;
-}
-
 void SubstituteVariables(FunctionCall& call) {
   ReplaceVars(call.args, call.store);
 }
 
-void CutAtFirstComma(const std::string& args, std::string& first, std::string& rest) {
-  int16_t comma = Int16(InStr(args, ","));
-  first = Left(args, comma - 1);
-  rest = Mid(args, comma + 1);
+std::string BoundedArgs::Shown(const char* separator) const {
+  std::string shown;
+  for (double bound : bounds)
+    shown += FormatNumber(bound) + separator;
+  return shown;
 }
 
-void CutThreePieces(const std::string& args, std::string& first, std::string& second,
-                    std::string& third) {
-  std::vector<std::string> pieces;
-  SplitText(args, ',', pieces);
-  // A list item put in by the substitution can take a comma away.
-  if (pieces.size() < 4) Raise(ErrNo::SubscriptOutOfRange);
-  first = pieces[1];
-  second = pieces[2];
-  third = pieces[3];
-}
-
-int16_t WholeBound(const std::string& text) {
-  return CInt(ReadNumber(text));
+bool ReadBoundedArgs(FunctionCall& call, int count, bool whole, BoundedArgs& args) {
+  const std::string& text = call.args;  // substituted in place below
+  if (count == 2 ? CountOccurrences(text, ",") != 2 : InStr(text, ",") == 0) {
+    call.FailMissingComma();
+    return false;
+  }
+  SubstituteVariables(call);
+  std::vector<std::string> pieces{std::string(), std::string()};
+  if (count == 2) {
+    SplitText(text, ',', pieces);
+    // A list item put in by the substitution can take a comma away.
+    if (pieces.size() < 4) Raise(ErrNo::SubscriptOutOfRange);
+    args.dice = pieces[3];
+  } else {
+    const int16_t comma = Int16(InStr(text, ","));
+    pieces[1] = Left(text, comma - 1);
+    args.dice = Mid(text, comma + 1);
+  }
+  args.bounds.clear();
+  for (int i = 1; i <= count; ++i)
+    args.bounds.push_back(whole ? CInt(ReadNumber(pieces[i])) : ReadNumber(pieces[i]));
+  return true;
 }
 
 }  // namespace gandrel

@@ -7,9 +7,10 @@
 // text. The helpers below are the steps that several bodies share.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "script/VarStore.h"
 
@@ -55,24 +56,34 @@ void HandleCall(std::string_view name, std::string& line, std::string& details,
 // error messages show it: "@LIMIT(lower limit, upper limit, dieroll)".
 std::string UsageText(std::string_view name);
 
-// The comma checks, made on the arguments before substitution. Each fails the
-// call with the missing-comma error and returns false when it does not hold.
-bool RequireComma(FunctionCall& call);
-bool RequireTwoCommas(FunctionCall& call);
-
 // ReplaceVars on the call's arguments.
 void SubstituteVariables(FunctionCall& call);
 
-// The arguments cut at their first comma (a missing comma raises).
-void CutAtFirstComma(const std::string& args, std::string& first, std::string& rest);
+// The arguments of the functions that read bounds (or a count) before their
+// dice text: @cap, @lcap, @ucap, @limit, @llimit, @ulimit, @best, @worst and
+// @bestlist.
+struct BoundedArgs {
+  std::vector<double> bounds;  // in the order written
+  std::string dice;            // the text after them
+  // Each bound's number text followed by separator, as the traces show them.
+  std::string Shown(const char* separator) const;
+};
 
-// The arguments cut at every comma into their first three pieces (fewer than
-// three raises "Subscript out of range").
-void CutThreePieces(const std::string& args, std::string& first, std::string& second,
-                    std::string& third);
+// The comma check on the arguments before substitution, ReplaceVars, and the
+// text cut into the bounds and the dice. Two bounds need exactly two commas and
+// the text cut at every comma (a list item that takes a comma away raises
+// "Subscript out of range"); one bound needs a comma and the text cut at the
+// first. A whole bound is the value of its text rounded half to even into 16
+// bits ("Overflow" when it does not fit). False when the comma check failed
+// the call.
+bool ReadBoundedArgs(FunctionCall& call, int count, bool whole, BoundedArgs& args);
 
-// A bound kept as a 16-bit whole number: the value of its text rounded half
-// to even ("Overflow" when it does not fit).
-int16_t WholeBound(const std::string& text);
+// The row of a table of handlers (rows with a name) that handles the call.
+template <class Row, size_t N>
+const Row& RowOf(const Row (&table)[N], const FunctionCall& call) {
+  for (const Row& row : table)
+    if (row.name == call.name) return row;
+  return table[0];
+}
 
 }  // namespace gandrel

@@ -30,4 +30,15 @@ void AppendTerm(std::string& sum, const std::string& term) {
   sum += term;
 }
 
+void ReplaceByTerms(FunctionCall& call, std::string dice, const std::string& head,
+                    const std::function<std::string(std::vector<std::string>& terms)>& sum) {
+  dice = PerDieText(std::move(dice), call.details);
+  call.BeginTrace(head + dice + ")=");
+  std::vector<std::string> terms = SplitTerms(dice);
+  std::string kept = sum(terms);
+  FoldSigns(kept);
+  call.details += "(" + kept + ")" + kCrLf;
+  call.Finish(kept);
+}
+
 }  // namespace gandrel

@@ -6,8 +6,11 @@
 // sort, keep or bound one by one.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
+
+#include "functions/HandlerFrame.h"
 
 namespace gandrel {
 
@@ -22,5 +25,12 @@ std::vector<std::string> SplitTerms(std::string perDie);
 
 // The terms written out as a sum, "+" before each: "+6+5+-2".
 void AppendTerm(std::string& sum, const std::string& term);
+
+// What the best, worst and cap functions do with a dice argument: it is rolled
+// into its terms, sum writes out the terms to keep as a sum ("+6+5+4", signs
+// folded afterwards), and that sum takes the call's place. The trace is head
+// & the per-die text & ")=(" & the sum & ")", CR LF.
+void ReplaceByTerms(FunctionCall& call, std::string dice, const std::string& head,
+                    const std::function<std::string(std::vector<std::string>& terms)>& sum);
 
 }  // namespace gandrel

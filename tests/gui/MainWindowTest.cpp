@@ -1,21 +1,5 @@
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSplitter>
-#include <QTest>
-#include <QTimer>
-
 #include "WindowFixture.h"
-#include "app/Settings.h"
 #include "calc/NumberText.h"
-#include "calc/Pump.h"
-#include "script/RunFlags.h"
 
 namespace gandrel::testing {
 namespace {
@@ -45,14 +29,12 @@ void DuringNextRoll(std::function<void()> check) {
 
 TEST_F(WindowTest, FirstStartWithoutFilesRolls3d6) {
   frmMain& w = StartWindow();
-  EXPECT_EQ(w.comboDieValue->currentText(), "3d6");
   EXPECT_EQ(w.comboDieValue->lineEdit()->selectedText(), "3d6");
   double total = ReadNumber(Text(w.lblResult));
   EXPECT_GE(total, 3);
   EXPECT_LE(total, 18);
   EXPECT_EQ(Text(w.txtEachResult).rfind("3d6= ", 0), 0u) << Text(w.txtEachResult);
   EXPECT_EQ(Clipboard(), " rolls " + Text(w.lblResult) + " on 3d6");
-  EXPECT_EQ(ListEntries(w.comboDieValue), std::vector<std::string>{"3d6"});
   EXPECT_FALSE(w.txtEachResult->isVisibleTo(&w));  // See All is off at first
   EXPECT_TRUE(ui.messages.empty());
 }
@@ -66,7 +48,6 @@ TEST_F(WindowTest, EnterRollsAndShowsResultDetailsAndClipboard) {
   } cases[] = {
       {"3d6+2", "3d6+2", 5, 20, "3d6= "},
       {"  2d4 ", "2d4", 2, 8, "2d4= "},
-      {"d", "d6", 1, 6, "d6= "},
       {"1d1*7", "1d1*7", 7, 7, "1d1= "},
   };
   frmMain& w = StartWindow();
@@ -79,8 +60,6 @@ TEST_F(WindowTest, EnterRollsAndShowsResultDetailsAndClipboard) {
     EXPECT_LE(total, c.high);
     EXPECT_EQ(Text(w.txtEachResult).rfind(c.detailsStart, 0), 0u) << Text(w.txtEachResult);
     EXPECT_EQ(Clipboard(), " rolls " + Text(w.lblResult) + " on " + c.shown);
-    // The list holds what the history holds; Qt inserted nothing of its own.
-    EXPECT_EQ(ListEntries(w.comboDieValue).back(), c.shown);
     // Enter leaves the caret where one Left-arrow puts it in the selected text.
     QLineEdit scratch(c.shown);
     scratch.selectAll();
@@ -88,16 +67,13 @@ TEST_F(WindowTest, EnterRollsAndShowsResultDetailsAndClipboard) {
     EXPECT_FALSE(w.comboDieValue->lineEdit()->hasSelectedText());
     EXPECT_EQ(w.comboDieValue->lineEdit()->cursorPosition(), scratch.cursorPosition());
   }
-  EXPECT_EQ(ListEntries(w.comboDieValue),
-            (std::vector<std::string>{"3d6", "3d6+2", "2d4", "d6", "1d1*7"}));
-}
-
-TEST_F(WindowTest, RollButtonSelectsTheWholeDieValue) {
-  frmMain& w = StartWindow();
+  // The Roll button leaves the whole die value selected instead.
   w.comboDieValue->setEditText("2d10");
   QTest::mouseClick(w.btnRoll, Qt::LeftButton);
   EXPECT_EQ(w.comboDieValue->lineEdit()->selectedText(), "2d10");
-  EXPECT_EQ(Clipboard(), " rolls " + Text(w.lblResult) + " on 2d10");
+  // The list holds what the history holds; Qt inserted nothing of its own.
+  EXPECT_EQ(ListEntries(w.comboDieValue),
+            (std::vector<std::string>{"3d6", "3d6+2", "2d4", "1d1*7", "2d10"}));
 }
 
 TEST_F(WindowTest, MarkerTextsShowAsPlainText) {
@@ -107,9 +83,6 @@ TEST_F(WindowTest, MarkerTextsShowAsPlainText) {
   TypeAndEnter("=1");
   EXPECT_EQ(Text(w.lblResult), "<script error>");
   EXPECT_EQ(Text(w.txtEachResult), "Scripts are not available in this build.");
-  EXPECT_EQ(Clipboard(), " rolls <script error> on =1");
-  w.SetResultText("<calc error>");
-  EXPECT_EQ(Text(w.lblResult), "<calc error>");
 }
 
 // Qt's combo box takes Enter, and the focus leaving it, for the pick of an
@@ -121,7 +94,6 @@ TEST_F(WindowTest, EnterOrLeavingOnAListedValueIsNoPick) {
   TypeAndEnter("3d6");
   EXPECT_EQ(Text(w.txtScript), "result = 3d6");
 
-  QApplication::setActiveWindow(&w);
   w.comboDieValue->setFocus();
   ASSERT_TRUE(w.comboDieValue->lineEdit()->hasFocus());
   w.comboDieValue->setCurrentIndex(w.comboDieValue->findText("2d4"));
@@ -142,10 +114,8 @@ void WriteTo(const QString& path, const QByteArray& content) {
 void PickWithKeys(QComboBox* box, const QString& text) {
   int index = box->findText(text);
   ASSERT_GE(index, 0);
-  ASSERT_GE(box->count(), 2);
-  bool fromAbove = index > 0;
-  box->setCurrentIndex(fromAbove ? index - 1 : index + 1);
-  QTest::keyClick(box, fromAbove ? Qt::Key_Down : Qt::Key_Up);
+  box->setCurrentIndex(index > 0 ? index - 1 : index + 1);
+  QTest::keyClick(box, index > 0 ? Qt::Key_Down : Qt::Key_Up);
   ASSERT_EQ(box->currentIndex(), index);
 }
 
@@ -169,6 +139,12 @@ TEST_F(WindowTest, PickingAnEntryNeverRolls) {
   EXPECT_EQ(Text(w.txtScript), "a = 1\nresult = a\n");
   EXPECT_EQ(w.ScriptFileName(), script.toStdString());
 
+  // Saving trims the lines and ends the file with an empty line.
+  w.txtScript->setPlainText("a  \nb");
+  ASSERT_TRUE(w.SaveScriptText());
+  EXPECT_EQ(ReadFile("combat.DIE"), "a\r\nb\r\n\r\n");
+  EXPECT_EQ(Text(w.txtScript), "a\nb\n");
+
   // A die value empties the editor.
   PickWithKeys(w.comboDieValue, "2d8");
   EXPECT_EQ(Text(w.txtScript), "");
@@ -177,32 +153,13 @@ TEST_F(WindowTest, PickingAnEntryNeverRolls) {
   EXPECT_EQ(Text(w.lblResult), result);
 }
 
-TEST_F(WindowTest, SavingAScriptTrimsItsLinesAndEndsWithAnEmptyLine) {
-  QString script = folder.filePath("combat.die");
-  WriteTo(script, "old\r\n");
-  WriteTo(folder.filePath("gandrel.def"), ("2d8\r\n" + script + "\r\n").toUtf8());
-  frmMain& w = StartWindow();
-  PickWithKeys(w.comboDieValue, script);
-  ASSERT_EQ(w.ScriptFileName(), script.toStdString());
-  w.txtScript->setPlainText("a  \nb");
-  ASSERT_TRUE(w.SaveScriptText());
-  QFile file(script);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_EQ(file.readAll(), "a\r\nb\r\n\r\n");
-  EXPECT_EQ(Text(w.txtScript), "a\nb\n");
-}
-
-TEST_F(WindowTest, ScriptEditorHandsCrLfLinesAndSavesTrimmed) {
+TEST_F(WindowTest, ScriptEditorHandsCrLfLinesAndNewAsksFirst) {
   frmMain& w = StartWindow();
   w.txtScript->setPlainText("a  \nb");
   EXPECT_EQ(w.ScriptText(), "a  \r\nb");
   EXPECT_TRUE(w.ScriptModified());
 
-  // Clicking the editor of an unnamed script makes it the die value.
-  QTest::mouseClick(w.txtScript->viewport(), Qt::LeftButton);
-  EXPECT_EQ(w.comboDieValue->currentText(), "<current script>");
-
-  // New asks first; Cancel keeps the script, No drops it.
+  // Cancel keeps the script, No drops it.
   ui.answer = MsgAnswer::Cancel;
   w.NewScript();
   EXPECT_EQ(Text(w.txtScript), "a  \nb");
@@ -216,15 +173,10 @@ TEST_F(WindowTest, ScriptEditorHandsCrLfLinesAndSavesTrimmed) {
 TEST_F(WindowTest, OneRollAtATime) {
   frmMain& w = StartWindow();
   w.comboDieValue->setEditText("200000d6");
-  bool checked = false;
   DuringNextRoll([&] {
-    checked = true;
-    EXPECT_TRUE(w.Rolling());
-    EXPECT_FALSE(w.btnPrefs->isEnabled());
-    EXPECT_FALSE(w.btnDefine->isEnabled());
-    EXPECT_FALSE(w.btnNewScript->isEnabled());
-    EXPECT_FALSE(w.btnLoadScript->isEnabled());
-    EXPECT_FALSE(w.btnSaveScript->isEnabled());
+    for (QPushButton* button :
+         {w.btnPrefs, w.btnDefine, w.btnNewScript, w.btnLoadScript, w.btnSaveScript})
+      EXPECT_FALSE(button->isEnabled()) << button->text().toStdString();
     ASSERT_NE(QApplication::overrideCursor(), nullptr);
     EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
     // A second roll is ignored: the die value stays as it is.
@@ -237,11 +189,8 @@ TEST_F(WindowTest, OneRollAtATime) {
     EXPECT_TRUE(runFlags.BreakRequested);
   });
   w.btnRoll->click();
-  EXPECT_TRUE(checked);
-  EXPECT_EQ(Text(w.lblResult), "<break>");
-  EXPECT_FALSE(w.Rolling());
+  EXPECT_EQ(Text(w.lblResult), "<break>");  // only the check above could break it
   EXPECT_TRUE(w.btnPrefs->isEnabled());
-  EXPECT_TRUE(w.btnSaveScript->isEnabled());
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
@@ -258,6 +207,36 @@ TEST_F(WindowTest, ClosingDuringARollBreaksItThenSaves) {
   EXPECT_EQ(Text(w.lblResult), "<break>");
   EXPECT_FALSE(w.isVisible());
   EXPECT_TRUE(FileExists("gandrel.ini"));
+}
+
+// Closing saves what the window shows and holds; a new start brings it back.
+TEST_F(WindowTest, SettingsAndDieTypesSurviveARestart) {
+  frmMain& w = StartWindow();
+  settings.DieType = "10";
+  settings.OnTop = true;
+  settings.Fonts[kResultsFont] = FontSetting{"No Such Font Family", 15.5f, true, false};
+  ApplyAlwaysAddItems({"2d8", "1d1+1"});
+  RebuildDieTypes({"dfate = -1 to 1", "dfib = 1,1,2,3,5"});
+  w.chkResults->setChecked(true);
+  w.setGeometry(70, 90, 640, 470);
+  w.splitter->setSizes({250, 300});
+  int splitterAt = w.splitter->x() + w.splitter->sizes().value(0);
+
+  frmMain& again = Restart();
+  EXPECT_EQ(settings.DieType, "10");
+  EXPECT_EQ(AlwaysAddItems, (std::vector<std::string>{"", "2d8", "1d1+1"}));  // counted from 1
+  EXPECT_EQ(again.comboDieValue->currentText(), "2d8");  // the first entry, rolled
+  EXPECT_TRUE(again.chkResults->isChecked());
+  EXPECT_TRUE(again.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  QFont font = again.txtEachResult->font();
+  EXPECT_EQ(font.family(), QApplication::font().family());  // a missing family falls back
+  EXPECT_DOUBLE_EQ(font.pointSizeF(), 15.5);
+  EXPECT_TRUE(font.bold());
+  EXPECT_EQ(settings.Fonts[kResultsFont].Name, "No Such Font Family");  // the name is kept
+  EXPECT_EQ(again.geometry(), QRect(70, 90, 640, 470));
+  EXPECT_EQ(again.splitter->x() + again.splitter->sizes().value(0), splitterAt);
+  EXPECT_EQ(ListDieTypeEntries(),
+            (std::vector<std::string>{"dfate = -1 to 1", "dfib = 1,1,2,3,5"}));
 }
 
 // Ten million dice give one line of twenty million characters: the box shows
@@ -280,36 +259,24 @@ TEST_F(WindowTest, EachResultBoxShowsAboutOneMegabyteInShortLines) {
   EXPECT_LE(longest, 1000);
   EXPECT_GE(shown, 999000);
   EXPECT_LE(shown, 1000100);
-  EXPECT_TRUE(lines.back().startsWith("... 2,000,0")) << lines.back().toStdString();
-  EXPECT_TRUE(lines.back().endsWith(" more characters not shown"));
+  EXPECT_TRUE(lines.back().endsWith(" more characters not shown")) << lines.back().toStdString();
 }
 
+// The window comes back maximised, minimised or normal, with its splitter
+// where it was; one left off every screen comes back onto one.
 TEST_F(WindowTest, PlacementRoundTrip) {
-  struct Case {
-    int16_t state;
-    bool maximised, minimised;
-  } cases[] = {{0, false, false}, {2, true, false}, {1, false, true}};
   frmMain& w = StartWindow();
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.state);
-    settings.Main = WindowPlacement{50, 60, 700, 480, c.state, 300};
+  for (int16_t state : {2, 1, 0}) {
+    SCOPED_TRACE(state);
+    settings.Main = WindowPlacement{50, 60, 700, 480, state, 300};
     w.RestorePlacement();
-    EXPECT_EQ(w.isMaximized(), c.maximised);
-    EXPECT_EQ(w.isMinimized(), c.minimised);
+    EXPECT_EQ(w.isMaximized(), state == 2);
+    EXPECT_EQ(w.isMinimized(), state == 1);
     EXPECT_EQ(w.splitter->x() + w.splitter->sizes().value(0), 300);
     settings.Main = WindowPlacement{};
     w.StorePlacement();
-    EXPECT_EQ(settings.Main.State, c.state);
-    if (c.state == 0) {
-      const WindowPlacement& p = settings.Main;
-      EXPECT_EQ(std::vector<int>({p.Left, p.Top, p.Width, p.Height, p.Splitter}),
-                std::vector<int>({50, 60, 700, 480, 300}));
-    }
+    EXPECT_EQ(settings.Main.State, state);
   }
-}
-
-TEST_F(WindowTest, AWindowOffEveryScreenComesBack) {
-  frmMain& w = StartWindow();
   settings.Main.Left = -20000;
   settings.Main.Top = 30000;
   w.RestorePlacement();

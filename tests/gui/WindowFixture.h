@@ -4,42 +4,78 @@
 
 #include <gtest/gtest.h>
 
-#include <QTemporaryDir>
+#include <QtTest>
+#include <QtWidgets>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "app/DialogModels.h"
 #include "app/QtUserInterface.h"
+#include "app/Settings.h"
 #include "app/frmMain.h"
+#include "app/modGandrel.h"
+#include "calc/Pump.h"
+#include "dice/modDiceCalc.h"
+#include "script/RunFlags.h"
 
 namespace gandrel::testing {
 
 // The real Qt interface (events, busy pointer), with message boxes recorded.
 class RecordingQtUI : public QtUserInterface {
  public:
-  MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon icon,
-                        const std::string& title) override;
+  MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon,
+                        const std::string&) override {
+    messages.push_back(text);
+    return buttons == MsgButtons::Ok ? MsgAnswer::Ok : answer;
+  }
   std::vector<std::string> messages;
   MsgAnswer answer = MsgAnswer::No;  // what a Yes/No/Cancel box answers
 };
 
 class WindowTest : public ::testing::Test {
  protected:
-  void SetUp() override;
-  void TearDown() override;
+  void SetUp() override {
+    ASSERT_TRUE(folder.isValid());
+    SetAppDirectory(folder.path().toStdString());
+    ResetSettings();
+    ClearDieTypes();
+    runFlags = RunFlags{};
+    SetPumpEveryCall(false);
+  }
 
   // A new main window, started as the program starts it.
-  frmMain& StartWindow();
+  frmMain& StartWindow() {
+    window.reset();  // the old window must be gone before the new one is the main view
+    window = std::make_unique<frmMain>();
+    window->Start();
+    // No window manager here: make it the active window as one would.
+    QApplication::setActiveWindow(window.get());
+    return *window;
+  }
+
   // Closes the window (which saves), forgets every setting and die type, and
   // starts a new window on the same folder.
-  frmMain& Restart();
+  frmMain& Restart() {
+    window->close();
+    ResetSettings();
+    ClearDieTypes();
+    return StartWindow();
+  }
 
-  // Replaces the die value by text and presses Enter in the box.
-  void TypeAndEnter(const QString& text);
+  // Replaces the die value by text and presses Enter in the box (keys reach
+  // the line edit through the box, its focus proxy, as typed keys do).
+  void TypeAndEnter(const QString& text) {
+    window->comboDieValue->lineEdit()->selectAll();
+    QTest::keyClicks(window->comboDieValue, text);
+    QTest::keyClick(window->comboDieValue, Qt::Key_Return);
+  }
 
-  std::string PathOf(const std::string& name) const;
-  bool FileExists(const std::string& name) const;
-  std::string ReadFile(const std::string& name) const;
+  bool FileExists(const char* name) const { return QFile::exists(folder.filePath(name)); }
+  std::string ReadFile(const char* name) const {
+    QFile file(folder.filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "";
+  }
 
   QTemporaryDir folder;
   RecordingQtUI ui;
