@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "calc/RuntimeError.h"
 #include "dice/modDiceCalc.h"
 #include "support/EngineFixture.h"
@@ -7,72 +10,43 @@
 namespace gandrel {
 namespace {
 
-class DieTypes : public testing::EngineTest {
- protected:
-  static void Def(std::string statement) { ParseDefine(statement); }
-};
-
-TEST_F(DieTypes, RangeAndListStatements) {
-  Def("define fate = 1 to -1");
-  Def("define dfib = 1,1,2,3,5");
-  Def("define dx = 7");  // neither range nor list: ignored
-  Def("define nothing here");
-  ASSERT_EQ(Define.size(), 2u);
-  EXPECT_EQ(Define[1].Name, "dfate");
-  EXPECT_EQ(Define[1].Lo, -1);
-  EXPECT_EQ(Define[1].Hi, 1);
-  ASSERT_EQ(DefSeq.size(), 2u);
-  EXPECT_EQ(DefSeq[1].Name, "dfib");
-  EXPECT_EQ(DefSeq[1].Dice, "1,1,2,3,5");
+// Both tables in lookup order: "name:lo..hi" for ranges, "name=items" for lists.
+std::string Tables() {
+  std::string out;
+  for (size_t i = 1; i < Define.size(); ++i)
+    out += Define[i].Name + ":" + std::to_string(Define[i].Lo) + ".." +
+           std::to_string(Define[i].Hi) + " ";
+  for (size_t i = 1; i < DefSeq.size(); ++i)
+    out += DefSeq[i].Name + "=" + DefSeq[i].Dice + " ";
+  return out;
 }
 
-TEST_F(DieTypes, RedefinitionInOtherCaseKeepsOneRecordWithTheNewSpelling) {
-  Def("define dFudge = -1 to 1");
-  Def("define DFUDGE = -2 to 2");
-  ASSERT_EQ(Define.size(), 2u);
-  EXPECT_EQ(Define[1].Name, "DFUDGE");
-  EXPECT_EQ(Define[1].Lo, -2);
-}
+using DieTypes = testing::EngineTest;
 
-TEST_F(DieTypes, BoundsRoundHalfToEvenAndSpecsWithToAreRanges) {
-  Def("define dh = 2.5 to 3.5");
-  Def("define dc = 1,2 to 3");
-  Def("define = 1 to 2");  // empty name becomes "d"
-  ASSERT_EQ(Define.size(), 4u);
-  // Sorted longest name first: dh and dc (2) before d (1).
-  EXPECT_EQ(Define[1].Name, "dh");
-  EXPECT_EQ(Define[1].Lo, 2);
-  EXPECT_EQ(Define[1].Hi, 4);
-  EXPECT_EQ(Define[2].Name, "dc");
-  EXPECT_EQ(Define[2].Lo, 1);
-  EXPECT_EQ(Define[2].Hi, 3);
-  EXPECT_EQ(Define[3].Name, "d");
-}
-
-TEST_F(DieTypes, LongerNamesSortFirst) {
-  Def("define d1 = 1 to 1");
-  Def("define d10 = 0 to 9");
-  Def("define dfudge = -1 to 1");
-  ASSERT_EQ(Define.size(), 4u);
-  EXPECT_EQ(Define[1].Name, "dfudge");
-  EXPECT_EQ(Define[2].Name, "d10");
-  EXPECT_EQ(Define[3].Name, "d1");
-}
-
-TEST_F(DieTypes, EqualLengthsAreReorderedOnlyAsASideEffect) {
-  // Exchange sort trace: [da, db, dcc] -> i=1: da<dcc swaps: [dcc, db, da];
-  // i=2: db vs da equal: stays.
-  Def("define da = 1 to 2");
-  Def("define db = 1 to 2");
-  Def("define dcc = 1 to 2");
-  EXPECT_EQ(Define[1].Name, "dcc");
-  EXPECT_EQ(Define[2].Name, "db");
-  EXPECT_EQ(Define[3].Name, "da");
-}
-
-TEST_F(DieTypes, BoundBeyond32BitsIsAnOverflow) {
-  std::string statement = "define dbig = 1 to 3000000000";
-  EXPECT_THROW(ParseDefine(statement), RuntimeError);
+// Longer names sort first. The exchange sort never swaps equal lengths
+// directly: [da, db, dcc] becomes [dcc, db, da] by da's exchange with dcc.
+TEST_F(DieTypes, DefineStatements) {
+  const struct {
+    std::vector<std::string> statements;
+    const char* tables;
+  } cases[] = {
+      {{"define fate = 1 to -1", "define dfib = 1,1,2,3,5", "define dx = 7", "define nothing here"},
+       "dfate:-1..1 dfib=1,1,2,3,5 "},
+      {{"define dFudge = -1 to 1", "define DFUDGE = -2 to 2"}, "DFUDGE:-2..2 "},
+      {{"define dh = 2.5 to 3.5", "define dc = 1,2 to 3", "define = 1 to 2"},
+       "dh:2..4 dc:1..3 d:1..2 "},
+      {{"define d1 = 1 to 1", "define d10 = 0 to 9", "define dfudge = -1 to 1"},
+       "dfudge:-1..1 d10:0..9 d1:1..1 "},
+      {{"define da = 1 to 2", "define db = 1 to 2", "define dcc = 1 to 2"},
+       "dcc:1..2 db:1..2 da:1..2 "}};
+  for (const auto& c : cases) {
+    ClearDieTypes();
+    for (std::string statement : c.statements)
+      ParseDefine(statement);
+    EXPECT_EQ(Tables(), c.tables) << c.statements[0];
+  }
+  std::string tooWide = "define dbig = 1 to 3000000000";
+  EXPECT_THROW(ParseDefine(tooWide), RuntimeError);
 }
 
 }  // namespace

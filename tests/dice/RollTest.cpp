@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/Settings.h"
@@ -28,47 +29,39 @@ class Roll : public testing::EngineTest {
  protected:
   void SetUp() override {
     EngineTest::SetUp();
-    for (std::string s : {"define fate = -1 to 1", "define dx = 5 to 5", "define dfib = 1,1,2,3,5",
-                          "define dl = 2, 7,,x,1.5", "define dw = -2147483648 to 2147483647",
-                          "define dbad = 1,1E400"})
+    for (std::string s :
+         {"define dFate = -1 to 1", "define dfib = 1,1,2,3,5", "define dl = 2, 7,,x,1.5",
+          "define dw = -2147483648 to 2147483647", "define dbad = 1,1E400", "define dab = 1 to 1",
+          "define da = 5,5", "define d1 = 1 to 1"})
       ParseDefine(s);
   }
 };
 
+// List items are read without trimming; a range's width is only formed for a
+// die, and a list item only read when rolled. Past 2^53 the sum is a double.
 TEST_F(Roll, DetailLinesGoInFrontOfTheDetails) {
-  struct Case {
+  const struct {
     std::string die;
     std::vector<double> rnd;
-    std::string detailsBefore, detailsAfter;
+    std::string line;
     double total;
   } cases[] = {
-      {"3d6", {F(4, 6), F(1, 6), F(6, 6)}, "", "3d6= +4+1+6= 11\r\n", 11},
-      {" d6", {F(3, 6)}, "old", " d6= +3= 3\r\nold", 3},
-      {"0d6", {}, "", "0d6= = 0\r\n", 0},
-      {"2.9d6", {F(2, 6), F(5, 6)}, "", "2.9d6= +2+5= 7\r\n", 7},
-      {"3d0", {.1, .5, .99}, "", "3d0= +1+1+1= 3\r\n", 3},
-      {"2D6.5", {.95, 0}, "", "2D6.5= +7+1= 8\r\n", 8},
+      {" d6", {F(3, 6)}, " d6= +3= 3\r\n", 3},
+      {"2.9d6", {F(2, 6), F(5, 6)}, "2.9d6= +2+5= 7\r\n", 7},
       {"2d9007199254740992",
        {.5, 0},
-       "",  // sums beyond 2^53: the double loop
        "2d9007199254740992= +4.5035996273705E+15+1= 4.5035996273705E+15\r\n",
        4503599627370498},
-      {"5dFate", {F(1, 3), F(2, 3), F(3, 3), F(3, 3), 0}, "", "5dFate= +-1+0+1+1+-1= 0\r\n", 0},
-      {"4dx", {.1, .2, .3, .4}, "", "4dx= +5+5+5+5= 20\r\n", 20},
-      {"2dfib", {F(5, 5), F(3, 5)}, "", "2dfib= +5+2= 7\r\n", 7},
-      {"5dl",
-       {F(1, 5), F(2, 5), F(3, 5), F(4, 5), F(5, 5)},
-       "",
-       "5dl= +2+7+0+0+1.5= 10.5\r\n",
-       10.5},
-      {"0dw", {}, "", "0dw= = 0\r\n", 0},  // the width is only formed for a die
-      {"1dbad", {F(1, 2)}, "", "1dbad= +1= 1\r\n", 1},
-      {"", {}, "old", "old", 0}};
-  for (auto& c : cases) {
+      {"5dFate", {F(1, 3), F(2, 3), F(3, 3), F(3, 3), 0}, "5dFate= +-1+0+1+1+-1= 0\r\n", 0},
+      {"5dl", {F(1, 5), F(2, 5), F(3, 5), F(4, 5), F(5, 5)}, "5dl= +2+7+0+0+1.5= 10.5\r\n", 10.5},
+      {"0dw", {}, "0dw= = 0\r\n", 0},
+      {"1dbad", {F(1, 2)}, "1dbad= +1= 1\r\n", 1},
+      {"", {}, "", 0}};
+  for (const auto& c : cases) {
     ScriptRandom(c.rnd);
-    std::string die = c.die, details = c.detailsBefore;
+    std::string die = c.die, details = "old";
     EXPECT_EQ(GetDieResult(die, details), c.total) << c.die;
-    EXPECT_EQ(details, c.detailsAfter) << c.die;
+    EXPECT_EQ(details, c.line + "old") << c.die;
     EXPECT_EQ(die, c.die);
   }
   EXPECT_TRUE(ui.messages.empty());
@@ -76,7 +69,7 @@ TEST_F(Roll, DetailLinesGoInFrontOfTheDetails) {
 
 TEST_F(Roll, FailuresShowTheirMessageAndMarkTheTerm) {
   std::string nines(400, '9');
-  struct Case {
+  const struct {
     std::string die;
     std::vector<double> rnd;
     std::string message;
@@ -89,7 +82,7 @@ TEST_F(Roll, FailuresShowTheirMessageAndMarkTheTerm) {
       {"5", {}, Failure("Invalid procedure call or argument")},  // no "d": no count to read
       {"100d6", {}, Failure("Out of memory")}};                  // dice list beyond the limit
   maxDiceText = 50;
-  for (auto& c : cases) {
+  for (const auto& c : cases) {
     for (bool listed : {false, true}) {
       ui.messages.clear();
       ScriptRandom(c.rnd);
@@ -104,6 +97,7 @@ TEST_F(Roll, FailuresShowTheirMessageAndMarkTheTerm) {
   maxDiceText = size_t{1} << 28;
 }
 
+// LongGenDice rolls the first term only and leaves the text as it is.
 TEST_F(Roll, TheScriptFunctionsGetTheDiceWhateverTheSetting) {
   settings.LongResults = false;
   ScriptRandom({F(5, 6), F(2, 6), F(4, 5), F(5, 6), F(2, 6)});
@@ -114,25 +108,23 @@ TEST_F(Roll, TheScriptFunctionsGetTheDiceWhateverTheSetting) {
   EXPECT_EQ(GetDieResult(die, details), 3);
   settings.LongResults = true;
   details = "old";
-  LongGenDice("1+2d6*3d4", dice, details);  // the first term only; the text stays
+  LongGenDice("1+2d6*3d4", dice, details);
   EXPECT_EQ(dice, "+5+2");
-  EXPECT_EQ(details, "old2d6= +5+2= 7\r\n");
   LongGenDice("17", dice, details);
-  EXPECT_EQ(dice + details, "old2d6= +5+2= 7\r\n");
+  EXPECT_EQ(dice + "|" + details, "|old2d6= +5+2= 7\r\n");
 }
 
 TEST_F(Roll, ParseListKeepsEveryToken) {
-  struct Case {
+  const struct {
     std::string text, delimiter;
     std::vector<std::string> items;
   } cases[] = {{"a,b,,c", ",", {"", "a", "b", "", "c"}},
                {"", ",", {"", ""}},
-               {",x,", ",", {"", "", "x", ""}},
                {"a--b-c", "--", {"", "a", "b-c"}},
                {"a,b", "", {"", "a,b"}}};
   std::vector<std::string> items;
   int16_t count = 0;
-  for (auto& c : cases) {
+  for (const auto& c : cases) {
     ParseList(c.text, c.delimiter, count, items);
     EXPECT_EQ(items, c.items) << c.text;
     EXPECT_EQ(count, GetListCount());
@@ -145,6 +137,63 @@ TEST_F(Roll, DiceTextMatchesFormatNumber) {
   for (double v : {0.0, -0.0, 7.0, -12.0, 999999999999999.0, -999999999999999.0, 1e15, 2.5, -0.25,
                    1e300, 1e-7})
     EXPECT_EQ(NumberText(v), FormatNumber(v)) << v;
+}
+
+TEST_F(Roll, BoundsOfATerm) {
+  struct Case {
+    std::string die;
+    double max, min;
+  } cases[] = {{" D20 ", 20, 1}, {"3d0", 0, 3},      {"4dfate", 4, -4}, {"2dfib", 10, 2},
+               {"3dl", 21, 0},   {"2.5d6", 15, 2.5}, {"2dab", 2, 2},    {"2da", 10, 10}};
+  for (auto& c : cases) {
+    std::string die = c.die;
+    EXPECT_EQ(GetMaxResult(die), c.max) << c.die;
+    EXPECT_EQ(GetMinResult(die), c.min) << c.die;
+    EXPECT_EQ(die, c.die);
+  }
+  std::string noDie = "7", huge = std::string(200, '9') + "d" + std::string(200, '9');
+  EXPECT_THROW(GetMinResult(noDie), RuntimeError);
+  EXPECT_THROW(GetMaxResult(huge), RuntimeError);
+}
+
+TEST_F(Roll, ReplaceDiceListsEveryDie) {
+  struct Case {
+    std::string in;
+    std::vector<double> rnd;
+    std::string out, details;
+  } cases[] = {
+      {"7", {}, "+7", ""},
+      {"+7", {}, "+7", ""},
+      {"0d6", {}, "+", "0d6= = 0\r\n"},
+      {"2d6+-1d4", {F(5, 6), F(2, 6), F(3, 4)}, "+5+2+-+3", "2d6= +5+2= 7\r\n1d4= +3= 3\r\n"}};
+  for (auto& c : cases) {
+    ScriptRandom(c.rnd);
+    std::string expr = c.in, details;
+    ReplaceDice(expr, details);
+    EXPECT_EQ(std::pair(expr, details), std::pair(c.out, c.details)) << c.in;
+  }
+}
+
+// Here a range type decides before a list type, unlike a roll; the digits
+// after "d" count only where no defined name stands.
+TEST_F(Roll, BreakOutDiceAndGetDieType) {
+  const struct {
+    std::string expr, cut, type;
+  } cases[] = {{" 2 + 3d6 * 2 ", "2 +|3d6|* 2", "6"}, {"2dab", "|2dab|", "dab"},
+               {"x2d10y", "x|2d1|0y", "d1"},          {"d", "|d|", ""},
+               {"2DFATE", "|2DFATE|", "dFate"},       {"3dfib", "|3dfib|", "dfib"}};
+  for (const auto& c : cases) {
+    std::string expr = c.expr, before = "?", term = "?", after = "?";
+    BreakOutDice(expr, before, term, after);
+    EXPECT_EQ(before + "|" + term + "|" + after, c.cut);
+    EXPECT_EQ(GetDieType(expr), c.type) << c.expr;
+  }
+  std::string noDie = "12", before, term, after;
+  EXPECT_THROW(BreakOutDice(noDie, before, term, after), RuntimeError);
+  EXPECT_THROW(GetDieType(noDie), RuntimeError);
+  std::string minus = "10-2-1";
+  ExpandMinusSigns(minus);
+  EXPECT_EQ(minus, "10+-2+-1");
 }
 
 }  // namespace
