@@ -47,7 +47,8 @@ TEST_F(Notation, ExpandDiceGivesBareDiceTheDefaultDie) {
   EXPECT_EQ(line, "d6\"d\"d6\"x\"2d6\"d");
 }
 
-// A range type d1 (1 to 1) stands where "2d10" has its size.
+// A count is the run of digits right before "d" ("2.5d6", "3 d6"); a range
+// type d1 (1 to 1) stands where "2d10" has its size.
 TEST_F(Notation, CalcRollsEveryTermAndReportsTheEvaluation) {
   Def("define d1 = 1 to 1");
   Def("define dw = -2147483648 to 2147483647");
@@ -65,6 +66,7 @@ TEST_F(Notation, CalcRollsEveryTermAndReportsTheEvaluation) {
        4},
       {"2d10", {}, "20", "2d1= +1+1= 2\r\nCalc: 20=20", 20},
       {"2.5d6", {0, 0, 0, 0, 0}, "2.5", "5d6= +1+1+1+1+1= 5\r\nCalc: 2.5=2.5", 2.5},
+      {"3 d6", {F(4, 6)}, "3 4", "d6= +4= 4\r\nCalc: 3 4=34", 34},
       {"d*3d", {.5, .1, .2, .3}, "1*3", "d= +1= 1\r\n3d= +1+1+1= 3\r\nCalc: 1*3=3", 3},
       {"1/0", {}, "<calc error>", "", 0},
       {"1+1dw", {}, "<calc error>", "", 0},
