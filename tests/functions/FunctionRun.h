@@ -1,4 +1,5 @@
-// Running script lines through ProcFunc in tests, with scripted dice.
+// What the script function tests share: the engine fixture and settings, and
+// running script lines through ProcFunc with scripted dice.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,9 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "app/Settings.h"
 #include "dice/Random.h"
+#include "dice/modDiceCalc.h"
 #include "functions/modScriptFunctions.h"
 #include "script/VarStore.h"
+#include "support/EngineFixture.h"
 
 namespace gandrel::testing {
 
