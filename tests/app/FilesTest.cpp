@@ -3,7 +3,9 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ShellFixture.h"
@@ -14,63 +16,48 @@ namespace {
 namespace fs = std::filesystem;
 using Items = std::vector<std::string>;
 
+// HOME in the test folder, the executable in its "bin"; the environment is
+// given back afterwards.
 class FilesTest : public ShellTest {
  protected:
   void SetUp() override {
     ShellTest::SetUp();
-    for (const char* name : {"XDG_CONFIG_HOME", "HOME"}) {
-      const char* value = std::getenv(name);
-      saved.push_back(value ? value : "");
-    }
+    for (auto& [name, value] : saved)
+      if (const char* v = std::getenv(name)) value = v;
     setenv("HOME", PathOf("home").c_str(), 1);
-    unsetenv("XDG_CONFIG_HOME");
     fs::create_directories(PathOf("bin"));
   }
   void TearDown() override {
-    setenv("XDG_CONFIG_HOME", saved[0].c_str(), 1);
-    if (saved[0].empty()) unsetenv("XDG_CONFIG_HOME");
-    setenv("HOME", saved[1].c_str(), 1);
+    for (auto& [name, value] : saved)
+      value ? setenv(name, value->c_str(), 1) : unsetenv(name);
     ShellTest::TearDown();
   }
-  Items saved;
+  std::pair<const char*, std::optional<std::string>> saved[2] = {{"HOME", {}},
+                                                                 {"XDG_CONFIG_HOME", {}}};
 };
 
 TEST_F(FilesTest, WhereTheFilesLive) {
   struct Case {
-    const char* name;
-    const char* xdg;      // nullptr: unset
+    const char* xdg;      // nullptr: unset; "/..." lies in the test folder
     const char* binFile;  // a file put beside the executable first, or nullptr
     std::string folder;   // relative to the test folder
-    Items datFiles;
   } cases[] = {
-      {"home config",
-       nullptr,
-       nullptr,
-       "home/.config/gandrel",
-       {"bin/gandrel.dat", "home/.config/gandrel/gandrel.dat"}},
-      {"relative XDG ignored",
-       "rel",
-       nullptr,
-       "home/.config/gandrel",
-       {"bin/gandrel.dat", "home/.config/gandrel/gandrel.dat"}},
-      {"XDG", "/XDG", nullptr, "XDG/gandrel", {"bin/gandrel.dat", "XDG/gandrel/gandrel.dat"}},
-      {"a dat alone is not portable",
-       nullptr,
-       "gandrel.dat",
-       "home/.config/gandrel",
-       {"bin/gandrel.dat", "home/.config/gandrel/gandrel.dat"}},
-      {"portable", nullptr, "gandrel.def", "bin", {"bin/gandrel.dat"}},
+      {nullptr, nullptr, "home/.config/gandrel"},
+      {"rel", nullptr, "home/.config/gandrel"},  // a relative folder is ignored
+      {"/XDG", nullptr, "XDG/gandrel"},
+      {nullptr, "gandrel.dat", "home/.config/gandrel"},  // a dat alone is not portable
+      {nullptr, "gandrel.def", "bin"},
   };
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.folder);
     if (c.xdg) setenv("XDG_CONFIG_HOME", (c.xdg[0] == '/' ? folder + c.xdg : c.xdg).c_str(), 1);
     if (!c.xdg) unsetenv("XDG_CONFIG_HOME");
     if (c.binFile) WriteFile(std::string("bin/") + c.binFile, "x");
-    EXPECT_EQ(ChooseAppDirectory(PathOf("bin")), PathOf(c.folder)) << c.name;
-    EXPECT_EQ(AppFile("gandrel.ini"), PathOf(c.folder + "/gandrel.ini")) << c.name;
-    Items expected;
-    for (const std::string& f : c.datFiles)
-      expected.push_back(PathOf(f));
-    EXPECT_EQ(OldDefinitionsFiles(), expected) << c.name;
+    EXPECT_EQ(ChooseAppDirectory(PathOf("bin")), PathOf(c.folder));
+    // The gandrel.dat beside the executable first, and only once.
+    Items dats{PathOf("bin/gandrel.dat"), PathOf(c.folder + "/gandrel.dat")};
+    if (c.folder == "bin") dats.pop_back();
+    EXPECT_EQ(OldDefinitionsFiles(), dats);
   }
   SetAppDirectory(PathOf("bin/"));
   EXPECT_EQ(OldDefinitionsFiles(), Items{PathOf("bin/gandrel.dat")});

@@ -25,23 +25,21 @@ TEST_F(HistoryTest, Rules) {
     bool rebuilt;
   } cases[] = {
       // clang-format off
-      {3, false, false, "",    "a b c",   "B",   "a c B",   true},   // moves, new spelling
-      {3, true,  false, "",    "a b c",   "d",   "d a b",   true},
+      {3, false, false, "b",   "a b c",   "B",   "a c B",   true},   // moves (KeepAlways off)
       {3, true,  false, "",    "a b c",   "C",   "C a b",   true},
       {5, false, false, "",    "a",       "b",   "a b",     true},
-      {5, true,  false, "",    "a b",     "c",   "c a b",   true},
-      {3, false, false, "",    "a b c",   "d",   "b c d",   true},
+      {2, false, false, "",    "a b c d", "e",   "b e c d", true},   // past a lowered KeepNum
       {3, false, true,  "3d6", "3d6 x",   "3D6", "3d6 x",   false},  // always-add item
       {0, false, false, "",    "a",       "b",   "a",       false},  // no history kept
       {3, false, true,  "x",   "x a b",   "c",   "x b c",   true},   // always-add stays on top
       {3, true,  true,  "x",   "a b x",   "c",   "c a x",   true},   // ... or at the bottom
+      {2, true,  true,  "x",   "a b x",   "c",   "c a x",   true},
       {3, true,  true,  "x",   "x",       "a",   "a x",     true},
-      {2, false, false, "",    "a b c d", "e",   "b e c d", true},   // past a lowered KeepNum
-      {3, false, false, "x",   "x a",     "X",   "a X",     true},   // KeepAlways off
       {1, false, true,  "x y", "",        "a",   "x",       true},   // more items than places
       // clang-format on
   };
   for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.history) + " + " + c.value);
     settings.KeepNum = static_cast<int16_t>(c.keepNum);
     settings.NewFirst = c.newFirst;
     settings.KeepAlways = c.keepAlways;
@@ -51,10 +49,9 @@ TEST_F(HistoryTest, Rules) {
     view = FakeView{};
     std::string value = c.value;
     AddToHistory(value);
-    EXPECT_EQ(DieHistory, expected) << c.history << " + " << c.value;
-    EXPECT_EQ(view.list, c.rebuilt ? Items(expected.begin() + 1, expected.end()) : Items{})
-        << c.history << " + " << c.value;
-    EXPECT_EQ(view.dieValue, c.rebuilt ? c.value : "") << c.history << " + " << c.value;
+    EXPECT_EQ(DieHistory, expected);
+    EXPECT_EQ(view.list, c.rebuilt ? Items(expected.begin() + 1, expected.end()) : Items{});
+    EXPECT_EQ(view.dieValue, c.rebuilt ? c.value : "");
   }
 }
 
@@ -68,13 +65,14 @@ class RollRequestTest : public ShellTest {
 
 TEST_F(RollRequestTest, Outcomes) {
   const std::string noScripts = "Scripts are not available in this build.";
+  const std::string fourOnD6 = "d6= +4= 4\r\nCalc: 4=4";
   struct Case {
     std::string typed, dieValue, result, eachResult, history;
   } cases[] = {
       // clang-format off
       {"  2+3 ",           "2+3",              "5",              "Calc: 2+3=5",   "2+3"},
       {"",                 "",                 "0",              "",              ""},
-      {"1/4",              "1/4",              ".25",            "Calc: 1/4=.25", "1/4"},
+      {"d",                "d6",               "4",              fourOnD6,        "d6"},
       {"2+",               "2+",               "<calc error>",   "<calc error>",  "2+"},
       {"@best(2,4d6)",     "=@best(2,4d6)",    "<script error>", noScripts,       "=@best(2,4d6)"},
       {"FOO.DIE",          "FOO.DIE",          "<script error>", noScripts,       "FOO.DIE"},
@@ -82,34 +80,25 @@ TEST_F(RollRequestTest, Outcomes) {
       {"=2",               "=2",               "<script error>", noScripts,       "=2"},
       // clang-format on
   };
-  runFlags.BreakRequested = true;  // a break of an earlier roll is forgotten
+  runFlags.BreakRequested = true;   // a break of an earlier roll is forgotten
+  ScriptRandom({FaceToRnd(4, 6)});  // the bare die's roll
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.typed);
     DieHistory.assign(1, "");
     Roll(c.typed);
-    EXPECT_EQ(view.dieValue, c.dieValue) << c.typed;
-    EXPECT_EQ(view.result, c.result) << c.typed;
-    EXPECT_EQ(view.eachResult, c.eachResult) << c.typed;
-    EXPECT_EQ(view.clipboard, " rolls " + c.result + " on " + c.dieValue) << c.typed;
-    EXPECT_EQ(DieHistory, OneBased(c.history)) << c.typed;
+    EXPECT_EQ(view.dieValue, c.dieValue);
+    EXPECT_EQ(view.result, c.result);
+    EXPECT_EQ(view.eachResult, c.eachResult);
+    EXPECT_EQ(view.clipboard, " rolls " + c.result + " on " + c.dieValue);
+    EXPECT_EQ(DieHistory, OneBased(c.history));
   }
   EXPECT_TRUE(ui.messages.empty());
+  EXPECT_EQ(view.selectAlls, 8);  // typing replaces the die value
   settings.AddDice = false;
   Roll("3d6");
   Roll("=1");
+  Roll("x.die");
   EXPECT_EQ(DieHistory, OneBased("=2"));
-}
-
-TEST_F(RollRequestTest, BareDieTakesTheDefaultDie) {
-  settings.DieType = "6";
-  ScriptRandom({FaceToRnd(4, 6)});
-  Roll("d");
-  EXPECT_EQ(view.dieValue, "d6");
-  EXPECT_EQ(view.result, "4");
-  EXPECT_EQ(view.eachResult, "d6= +4= 4\r\nCalc: 4=4");
-  EXPECT_EQ(view.clipboard, " rolls 4 on d6");
-  EXPECT_EQ(DieHistory, OneBased("d6"));
-  EXPECT_EQ(view.selectAlls, 1);
-  EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));
 }
 
 TEST_F(RollRequestTest, BreakShowsBreakWithoutMessage) {
@@ -128,7 +117,7 @@ TEST_F(RollRequestTest, TooLongDieValueIsAnError) {
   EXPECT_EQ(view.eachResult, "<error>");
   EXPECT_EQ(ui.Texts(),
             Items{"I'm sorry, but the die result generated is too big for me to handle."});
-  EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));
+  EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));  // the busy pointer goes
 }
 
 }  // namespace

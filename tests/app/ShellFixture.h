@@ -15,7 +15,6 @@ class FakeView : public MainView {
   std::string dieValue, result, eachResult, clipboard;
   std::vector<std::string> list;
   int selectAlls = 0;
-  int listClears = 0;
 
   std::string DieValueText() const override { return dieValue; }
   void SetDieValueText(const std::string& text) override { dieValue = text; }
@@ -23,10 +22,7 @@ class FakeView : public MainView {
   void SetResultText(const std::string& text) override { result = text; }
   void SetEachResultText(const std::string& text) override { eachResult = text; }
   void SetClipboardText(const std::string& text) override { clipboard = text; }
-  void ClearDieList() override {
-    list.clear();
-    ++listClears;
-  }
+  void ClearDieList() override { list.clear(); }
   void AddDieListItem(const std::string& item) override { list.push_back(item); }
   std::string ScriptText() const override { return ""; }
 };
@@ -38,10 +34,6 @@ class ShellTest : public EngineTest {
   std::string PathOf(const std::string& name) const { return folder + "/" + name; }
   void WriteFile(const std::string& name, const std::string& content) const;
   std::string ReadFile(const std::string& name) const;
-  // Entries 1..count of a 1-based list.
-  static std::vector<std::string> Entries(const std::vector<std::string>& list) {
-    return std::vector<std::string>(list.begin() + 1, list.end());
-  }
 
   FakeView view;
   std::string folder;
