@@ -54,15 +54,6 @@ class WindowTest : public ::testing::Test {
     return *window;
   }
 
-  // Closes the window (which saves), forgets every setting and die type, and
-  // starts a new window on the same folder.
-  frmMain& Restart() {
-    window->close();
-    ResetSettings();
-    ClearDieTypes();
-    return StartWindow();
-  }
-
   // Replaces the die value by text and presses Enter in the box (keys reach
   // the line edit through the box, its focus proxy, as typed keys do).
   void TypeAndEnter(const QString& text) {
