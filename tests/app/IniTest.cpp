@@ -2,7 +2,6 @@
 
 #include <climits>
 #include <filesystem>
-#include <string>
 #include <tuple>
 
 #include "ShellFixture.h"
@@ -45,7 +44,6 @@ TEST_F(IniTest, Reads) {
       {"Flags", "utf8", 0, std::string(253, 'x')},  // ... and no half character
       {"Flags", "twice", -1, "dflt"},               // only the first section of a name counts
       {"Flags", "top", -1, "dflt"},
-      {"Flags", "missing", -1, "dflt"},
       {"Nowhere", "OnTop", -1, "dflt"},
   };
   for (const auto& [section, key, number, text] : cases) {

@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <cstdlib>
 #include <filesystem>
-#include <string>
+#include <optional>
 #include <tuple>
-#include <vector>
 
 #include "ShellFixture.h"
 #include "app/DialogModels.h"
@@ -13,10 +14,23 @@
 namespace gandrel::testing {
 namespace {
 
-using Items = std::vector<std::string>;
 namespace fs = std::filesystem;
 
-class SettingsTest : public ShellTest {};
+using SettingsTest = ShellTest;
+
+// An environment variable set (or unset, given nullptr) until the end of the scope.
+class ScopedEnv {
+ public:
+  ScopedEnv(const char* name, const char* value) : name_(name) {
+    if (const char* old = std::getenv(name)) old_ = old;
+    value ? setenv(name, value, 1) : unsetenv(name);
+  }
+  ~ScopedEnv() { old_ ? setenv(name_, old_->c_str(), 1) : unsetenv(name_); }
+
+ private:
+  const char* name_;
+  std::optional<std::string> old_;
+};
 
 const char* const kNewIni =
     "[location]\nleft=120\ntop=80\nwidth=760\nheight=520\n\n"
@@ -28,16 +42,14 @@ const char* const kNewIni =
     "[Settings]\nDieType=6\nAddDice=-1\nNewFirst=0\nKeepNum=10\nKeepAlways=0\n"
     "LongResults=-1\nMarginIncrement=4\n";
 
-TEST_F(SettingsTest, FirstStartWithoutFiles) {
+// A first start writes the whole file; with every setting changed, saved,
+// loaded in a fresh state and saved again, every setting comes back.
+TEST_F(SettingsTest, FirstStartAndRoundTrip) {
   StartUp();
   EXPECT_EQ(view.dieValue, "3d6");
   EXPECT_TRUE(view.list.empty());
-  EXPECT_TRUE(SaveSettings());
+  ASSERT_TRUE(SaveSettings());
   EXPECT_EQ(ReadFile("gandrel.ini"), kNewIni);
-}
-
-// Saved, loaded in a fresh state and saved again, every setting comes back.
-TEST_F(SettingsTest, RoundTrip) {
   AppSettings& s = settings;
   // clang-format off
   s = {"d10", false, false, true, 7, true, 9, true, true, {-5, 6, 1000, 900, 2, 444},
@@ -150,6 +162,56 @@ TEST_F(SettingsTest, FileInTheWayIsLeftIntact) {
   EXPECT_EQ(ReadFile("gandrel.ini"), kNewIni);
   // No temporary file is left behind.
   EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator{}), 2);
+}
+
+TEST_F(SettingsTest, WhereTheFilesLive) {
+  // HOME in the test folder, the executable in its "bin".
+  ScopedEnv home("HOME", PathOf("home").c_str());
+  fs::create_directories(PathOf("bin"));
+  struct Case {
+    const char* xdg;      // nullptr: unset; "/..." lies in the test folder
+    const char* binFile;  // a file put beside the executable first, or nullptr
+    std::string folder;   // relative to the test folder
+  } cases[] = {
+      {nullptr, nullptr, "home/.config/gandrel"},
+      {"rel", nullptr, "home/.config/gandrel"},  // a relative folder is ignored
+      {"/XDG", nullptr, "XDG/gandrel"},
+      {nullptr, "gandrel.dat", "home/.config/gandrel"},  // a dat alone is not portable
+      {nullptr, "gandrel.def", "bin"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.folder);
+    std::string xdg = c.xdg ? (c.xdg[0] == '/' ? folder + c.xdg : c.xdg) : "";
+    ScopedEnv env("XDG_CONFIG_HOME", c.xdg ? xdg.c_str() : nullptr);
+    if (c.binFile) WriteFile(std::string("bin/") + c.binFile, "x");
+    EXPECT_EQ(ChooseAppDirectory(PathOf("bin")), PathOf(c.folder));
+    // The gandrel.dat beside the executable first, and only once.
+    Items dats{PathOf("bin/gandrel.dat"), PathOf(c.folder + "/gandrel.dat")};
+    if (c.folder == "bin") dats.pop_back();
+    EXPECT_EQ(OldDefinitionsFiles(), dats);
+  }
+  SetAppDirectory(PathOf("bin/"));
+  EXPECT_EQ(OldDefinitionsFiles(), Items{PathOf("bin/gandrel.dat")});
+}
+
+TEST_F(SettingsTest, AtomicWrite) {
+  std::string reason;
+  ASSERT_TRUE(WriteTextFileAtomic(PathOf("new/deeper/f.txt"), "one", reason));
+  EXPECT_EQ(ReadFile("new/deeper/f.txt"), "one");
+  chmod(PathOf("new/deeper/f.txt").c_str(), 0640);
+  fs::create_symlink(PathOf("new/deeper/f.txt"), PathOf("link"));
+  ASSERT_TRUE(WriteTextFileAtomic(PathOf("link"), "two", reason));
+  EXPECT_TRUE(fs::is_symlink(PathOf("link")));
+  EXPECT_EQ(ReadFile("new/deeper/f.txt"), "two");
+  struct stat st;
+  stat(PathOf("new/deeper/f.txt").c_str(), &st);
+  EXPECT_EQ(st.st_mode & 0777, 0640u);
+  WriteFile("plain", "x");
+  EXPECT_FALSE(WriteTextFileAtomic(PathOf("plain/f.txt"), "y", reason));
+  EXPECT_FALSE(reason.empty());
+  std::string content;
+  EXPECT_FALSE(ReadTextFile(PathOf("absent"), content, reason));
+  EXPECT_EQ(reason, "No such file or directory");
 }
 
 }  // namespace

@@ -36,8 +36,8 @@ std::string ShellTest::ReadFile(const std::string& name) const {
   return text.str();
 }
 
-std::vector<std::string> OneBased(const std::string& entries) {
-  std::vector<std::string> list{""};
+Items OneBased(const std::string& entries) {
+  Items list{""};
   std::istringstream words(entries);
   for (std::string w; words >> w;)
     list.push_back(w);

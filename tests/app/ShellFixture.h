@@ -10,6 +10,8 @@
 
 namespace gandrel::testing {
 
+using Items = std::vector<std::string>;
+
 class FakeView : public MainView {
  public:
   std::string dieValue, result, eachResult, clipboard;
@@ -34,12 +36,16 @@ class ShellTest : public EngineTest {
   std::string PathOf(const std::string& name) const { return folder + "/" + name; }
   void WriteFile(const std::string& name, const std::string& content) const;
   std::string ReadFile(const std::string& name) const;
+  void Roll(const std::string& typed) {
+    view.dieValue = typed;
+    RollDieValue();
+  }
 
   FakeView view;
   std::string folder;
 };
 
 // "a b c" as the 1-based list {"", "a", "b", "c"}.
-std::vector<std::string> OneBased(const std::string& entries);
+Items OneBased(const std::string& entries);
 
 }  // namespace gandrel::testing
