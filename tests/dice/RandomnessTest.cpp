@@ -48,14 +48,7 @@ double Roll(std::string expr) {
   return Calc(expr, details);
 }
 
-// Long results off: the rolls take the path that keeps no list of dice.
-class Randomness : public testing::EngineTest {
- protected:
-  void SetUp() override {
-    EngineTest::SetUp();
-    settings.LongResults = false;
-  }
-};
+using Randomness = testing::EngineTest;
 
 TEST_F(Randomness, TotalsFitTheirDistribution) {
   Distribution d65 = Uniform(1, 7);
@@ -72,6 +65,7 @@ TEST_F(Randomness, TotalsFitTheirDistribution) {
                {"define dneg = 2 to -3", "dneg", Uniform(-3, 2), 20.515},
                {"", "d6.5", d65, 22.458}};
   const double n = 40000;
+  settings.LongResults = false;  // the path that keeps no list of dice
   for (const auto& c : cases) {
     std::string define = c.define;
     ParseDefine(define);

