@@ -89,8 +89,7 @@ TEST_F(DialogModelsTest, LongLinesAreBroken) {
       {"3d6= +1+2+3+4", 8, "3d6= +1\r\n+2+3+4"},  // before a sign
       {"abcdef ghij", 8, "abcdef \r\nghij"},      // after a blank
       {"abcdefghijkl", 8, "abcdefgh\r\nijkl"},    // at the width
-      {"+abcdefghij", 8, "+abcdefg\r\nhij"},      // a sign too early is no place
-      {"a+bcdefghij", 8, "a+bcdefg\r\nhij"},
+      {"a+bcdefghij", 8, "a+bcdefg\r\nhij"},      // a sign too early is no place
       {"+1+2+3+4+5+6+7\r\nx\r\n", 6, "+1+2+3\r\n+4+5+6\r\n+7\r\nx\r\n"},
       {"abcdefg\xC3\xA9xyz", 8, "abcdefg\r\n\xC3\xA9xyz"},  // no UTF-8 split
   };

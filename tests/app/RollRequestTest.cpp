@@ -54,14 +54,13 @@ using RollRequestTest = ShellTest;
 
 TEST_F(RollRequestTest, Outcomes) {
   const std::string noScripts = "Scripts are not available in this build.";
-  const std::string fourOnD6 = "d6= +4= 4\r\nCalc: 4=4";
   struct Case {
     std::string typed, dieValue, result, eachResult, history;
   } cases[] = {
       // clang-format off
       {"  2+3 ",           "2+3",              "5",              "Calc: 2+3=5",   "2+3"},
       {"",                 "",                 "0",              "",              ""},
-      {"d",                "d6",               "4",              fourOnD6,        "d6"},
+      {"d",                "d6",               "4",              "d6= +4= 4\r\nCalc: 4=4", "d6"},
       {"2+",               "2+",               "<calc error>",   "<calc error>",  "2+"},
       {"@best(2,4d6)",     "=@best(2,4d6)",    "<script error>", noScripts,       "=@best(2,4d6)"},
       {"FOO.DIE",          "FOO.DIE",          "<script error>", noScripts,       "FOO.DIE"},
