@@ -48,7 +48,6 @@ TEST_F(DialogModelsTest, ApplyingAlwaysAddItems) {
     const char *oldItems, *history, *newItems, *expected;
     bool rebuilt;
   } cases[] = {
-      {false, 5, "", "1d6 2d6", "a b", "a b 1d6 2d6", true},
       {false, 5, "a", "a x B", "b", "b x", true},         // old item gone, listed entry an item
       {false, 3, "", "o1 o2 o3", "a b", "a b o3", true},  // no room: the oldest leaves
       {true, 3, "", "o3 o2 o1", "a b", "o3 a b", true},

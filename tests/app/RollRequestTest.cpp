@@ -27,8 +27,7 @@ TEST_F(HistoryTest, Rules) {
       {3, false, true,  "3d6", "3d6 x",   "3D6", "3d6 x",   false},  // always-add item
       {0, false, false, "",    "a",       "b",   "a",       false},  // no history kept
       {3, false, true,  "x",   "x a b",   "c",   "x b c",   true},   // always-add stays on top
-      {3, true,  true,  "x",   "a b x",   "c",   "c a x",   true},   // ... or at the bottom
-      {2, true,  true,  "x",   "a b x",   "c",   "c a x",   true},
+      {2, true,  true,  "x",   "a b x",   "c",   "c a x",   true},   // ... or at the bottom
       {3, true,  true,  "x",   "x",       "a",   "a x",     true},
       {1, false, true,  "x y", "",        "a",   "x",       true},   // more items than places
       // clang-format on
