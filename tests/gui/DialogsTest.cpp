@@ -24,11 +24,9 @@ TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
     SCOPED_TRACE(std::string(c.okay ? "Okay, die '" : "Cancel, die '") + c.dieType + "'");
     frmPrefs dialog(&w);
     dialog.txtDieType->setText(c.dieType);
-    dialog.chkNewFirst->setChecked(true);
     Type(dialog.lstAlwaysAdd, "4d6");
     QTest::mouseClick(c.okay ? dialog.cmdOkay : dialog.cmdCancel, Qt::LeftButton);
     EXPECT_EQ(settings.DieType, c.saved ? "8" : "6");
-    EXPECT_EQ(settings.NewFirst, c.saved);
     EXPECT_EQ(AlwaysAddItems.size(), c.saved ? 2u : 1u);  // counted from 1
     EXPECT_EQ(FileExists("gandrel.ini"), c.saved);
   }
