@@ -2,10 +2,15 @@
 // empty history and a fresh temporary folder as the application's folder.
 #pragma once
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "app/modGandrel.h"
+#include "app/modINI.h"
 #include "support/EngineFixture.h"
 
 namespace gandrel::testing {
@@ -31,11 +36,31 @@ class FakeView : public MainView {
 
 class ShellTest : public EngineTest {
  protected:
-  void SetUp() override;
-  void TearDown() override;
+  void SetUp() override {
+    EngineTest::SetUp();
+    folder = std::filesystem::temp_directory_path() / "gandrel-test-XXXXXX";
+    if (!mkdtemp(folder.data())) FAIL() << "cannot make a temporary folder";
+    SetAppDirectory(folder);
+    SetMainView(&view);
+    ResetIni();
+    DieHistory.assign(1, "");
+    AlwaysAddItems.assign(1, "");
+  }
+  void TearDown() override {
+    SetMainView(nullptr);
+    ResetIni();
+    std::filesystem::remove_all(folder);
+    EngineTest::TearDown();
+  }
   std::string PathOf(const std::string& name) const { return folder + "/" + name; }
-  void WriteFile(const std::string& name, const std::string& content) const;
-  std::string ReadFile(const std::string& name) const;
+  void WriteFile(const std::string& name, const std::string& content) const {
+    std::ofstream(PathOf(name), std::ios::binary) << content;
+  }
+  std::string ReadFile(const std::string& name) const {
+    std::stringstream text;
+    text << std::ifstream(PathOf(name), std::ios::binary).rdbuf();
+    return text.str();
+  }
   void Roll(const std::string& typed) {
     view.dieValue = typed;
     RollDieValue();
@@ -46,6 +71,12 @@ class ShellTest : public EngineTest {
 };
 
 // "a b c" as the 1-based list {"", "a", "b", "c"}.
-Items OneBased(const std::string& entries);
+inline Items OneBased(const std::string& entries) {
+  Items list{""};
+  std::istringstream words(entries);
+  for (std::string w; words >> w;)
+    list.push_back(w);
+  return list;
+}
 
 }  // namespace gandrel::testing
