@@ -164,26 +164,24 @@ TEST_F(SettingsTest, WhereTheFilesLive) {
   // HOME in the test folder, the executable in its "bin".
   ScopedEnv home("HOME", PathOf("home").c_str());
   fs::create_directories(PathOf("bin"));
-  struct Case {
-    const char* xdg;      // nullptr: unset; "/..." lies in the test folder
-    const char* binFile;  // a file put beside the executable first, or nullptr
-    std::string folder;   // relative to the test folder
-  } cases[] = {
+  // XDG_CONFIG_HOME (nullptr: unset; "/..." lies in the test folder), a file
+  // put beside the executable first (or nullptr), the folder chosen.
+  const std::tuple<const char*, const char*, std::string> cases[] = {
       {nullptr, nullptr, "home/.config/gandrel"},
       {"rel", nullptr, "home/.config/gandrel"},  // a relative folder is ignored
       {"/XDG", nullptr, "XDG/gandrel"},
       {nullptr, "gandrel.dat", "home/.config/gandrel"},  // a dat alone is not portable
       {nullptr, "gandrel.def", "bin"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.folder);
-    std::string xdg = c.xdg ? (c.xdg[0] == '/' ? folder + c.xdg : c.xdg) : "";
-    ScopedEnv env("XDG_CONFIG_HOME", c.xdg ? xdg.c_str() : nullptr);
-    if (c.binFile) WriteFile(std::string("bin/") + c.binFile, "x");
-    EXPECT_EQ(ChooseAppDirectory(PathOf("bin")), PathOf(c.folder));
+  for (const auto& [xdgSet, binFile, chosen] : cases) {
+    SCOPED_TRACE(chosen);
+    std::string xdg = xdgSet ? (xdgSet[0] == '/' ? folder + xdgSet : xdgSet) : "";
+    ScopedEnv env("XDG_CONFIG_HOME", xdgSet ? xdg.c_str() : nullptr);
+    if (binFile) WriteFile(std::string("bin/") + binFile, "x");
+    EXPECT_EQ(ChooseAppDirectory(PathOf("bin")), PathOf(chosen));
     // The gandrel.dat beside the executable first, and only once.
-    Items dats{PathOf("bin/gandrel.dat"), PathOf(c.folder + "/gandrel.dat")};
-    if (c.folder == "bin") dats.pop_back();
+    Items dats{PathOf("bin/gandrel.dat"), PathOf(chosen + "/gandrel.dat")};
+    if (chosen == "bin") dats.pop_back();
     EXPECT_EQ(OldDefinitionsFiles(), dats);
   }
   SetAppDirectory(PathOf("bin/"));
