@@ -17,13 +17,21 @@ constexpr auto kPumpPeriod = std::chrono::milliseconds(20);
 constexpr auto kCheckTarget = std::chrono::milliseconds(2);
 constexpr uint32_t kMaxStride = 4096;
 
-uint32_t countdown = 1;
 uint32_t stride = 1;
 bool everyCall = false;
 Clock::time_point lastCheck = Clock::now();
 Clock::time_point lastPump = Clock::now();
 
-void CheckClock() {
+}  // namespace
+
+uint32_t pump_detail::countdown = 1;
+
+void pump_detail::CheckClock() {
+  if (everyCall) {
+    countdown = 1;
+    PumpNow();
+    return;
+  }
   Clock::time_point now = Clock::now();
   // Aim for a clock read about every 2 ms: calls that come fast get a longer
   // stride, calls that come slowly a shorter one.
@@ -40,28 +48,14 @@ void CheckClock() {
   }
 }
 
-}  // namespace
-
-void Yield() {
-  if (everyCall) {
-    PumpNow();
-    return;
-  }
-  if (--countdown == 0) CheckClock();
-}
-
-bool BreakPending() { return runFlags.BreakRequested && runFlags.BreakEnabled; }
-
-void YieldCheckBreak() {
-  Yield();
-  if (BreakPending()) throw BreakSignal{};
-}
-
 void PumpNow() {
   lastPump = Clock::now();
   UI().ProcessEvents();
 }
 
-void SetPumpEveryCall(bool on) { everyCall = on; }
+void SetPumpEveryCall(bool on) {
+  everyCall = on;
+  pump_detail::countdown = 1;
+}
 
 }  // namespace gandrel

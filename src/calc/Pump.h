@@ -8,20 +8,40 @@
 // substitution pass) are served as promptly as a tight dice loop.
 #pragma once
 
+#include <cstdint>
+
+#include "calc/RuntimeError.h"
+#include "script/RunFlags.h"
+
 namespace gandrel {
 
+namespace pump_detail {
+// Calls left until the next clock read; inline so that a dice loop pays
+// one decrement and one test per die.
+extern uint32_t countdown;
+void CheckClock();
+}  // namespace pump_detail
+
 // Counts a call, and now and then pumps events.
-void Yield();
+inline void Yield() {
+  if (--pump_detail::countdown == 0) pump_detail::CheckClock();
+}
+
+// True when a break is pending and breaking is on.
+inline bool BreakPending() {
+  return runFlags.BreakRequested && runFlags.BreakEnabled;
+}
 
 // Yield(), then throws BreakSignal if the user has asked to break and
 // breaking is on (outside a script it always is).
-void YieldCheckBreak();
+inline void YieldCheckBreak() {
+  Yield();
+  if (BreakPending()) [[unlikely]]
+    throw BreakSignal{};
+}
 
 // Pumps events now, whatever the counter says.
 void PumpNow();
-
-// True when a break is pending and breaking is on.
-bool BreakPending();
 
 // Tests: make every Yield() pump events, so that a recorder's pump hook runs
 // at a known call.
