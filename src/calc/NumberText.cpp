@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <system_error>
 
@@ -97,16 +98,29 @@ double ReadNumber(std::string_view text) {
     if (digitsEnd > j) end = digitsEnd;
   }
 
-  std::string number(text.substr(begin, end - begin));
-  size_t marker = number.find('D');
-  if (marker != std::string::npos) number[marker] = 'E';
+  // from_chars knows only "E": copy the number (on the stack when it is short,
+  // as nearly every number is) and write a "D" marker as "E".
+  char shortCopy[64];
+  std::string longCopy;
+  size_t length = end - begin;
+  char* number = shortCopy;
+  if (length > sizeof shortCopy) {
+    longCopy.assign(text.substr(begin, length));
+    number = longCopy.data();
+  } else {
+    std::memcpy(shortCopy, text.data() + begin, length);
+  }
+  char* exponent = nullptr;
+  for (size_t k = 0; k < length; ++k) {
+    if (number[k] == 'D') number[k] = 'E';
+    if (number[k] == 'E') exponent = number + k;
+  }
 
   double value = 0.0;
-  auto res = std::from_chars(number.data(), number.data() + number.size(), value);
+  auto res = std::from_chars(number, number + length, value);
   if (res.ec == std::errc::result_out_of_range) {
     // from_chars says the same for a number too small to tell from zero.
-    size_t e = number.find('E');
-    bool tiny = e != std::string::npos && e + 1 < number.size() && number[e + 1] == '-';
+    bool tiny = exponent && exponent + 1 < number + length && exponent[1] == '-';
     if (tiny) return 0.0;
     Raise(ErrNo::Overflow);
   }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string_view>
 
 #include "calc/Basic.h"
@@ -82,10 +83,9 @@ void SplitFunctionCall(const std::string& line, const std::string& name, std::st
 }
 
 void DropEmptyItems(std::vector<std::string>& items) {
-  std::vector<std::string> kept{std::string()};
-  for (size_t i = 1; i < items.size(); ++i)
-    if (!items[i].empty()) kept.push_back(std::move(items[i]));
-  items = std::move(kept);
+  if (items.empty()) items.emplace_back();
+  auto empty = [](const std::string& item) { return item.empty(); };
+  items.erase(std::remove_if(items.begin() + 1, items.end(), empty), items.end());
 }
 
 }  // namespace gandrel
