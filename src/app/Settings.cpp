@@ -4,6 +4,8 @@ namespace gandrel {
 
 AppSettings settings;
 
-void ResetSettings() { settings = AppSettings{}; }
+void ResetSettings() {
+  settings = AppSettings{};
+}
 
 }  // namespace gandrel

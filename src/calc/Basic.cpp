@@ -38,11 +38,14 @@ std::string Right(std::string_view text, long length) {
   return std::string(text.substr(text.size() - static_cast<size_t>(length)));
 }
 
-char LCaseChar(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c; }
+char LCaseChar(char c) {
+  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c + 32) : c;
+}
 
 std::string LCase(std::string_view text) {
   std::string out(text);
-  for (char& c : out) c = LCaseChar(c);
+  for (char& c : out)
+    c = LCaseChar(c);
   return out;
 }
 

@@ -18,7 +18,9 @@
 namespace gandrel {
 
 // Length of a text as the 32-bit count of its bytes.
-inline long Len(std::string_view text) { return static_cast<long>(text.size()); }
+inline long Len(std::string_view text) {
+  return static_cast<long>(text.size());
+}
 
 // First occurrence of needle in text at or after start (1-based); 0 if none.
 // An empty needle is found at start (when start <= Len + 1).
@@ -42,7 +44,9 @@ std::string Trim(std::string_view text);
 std::string LTrim(std::string_view text);
 std::string RTrim(std::string_view text);
 
-inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+inline bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 // Conversions to whole numbers: round half to even, raise "Overflow" when the
 // result does not fit (or the value is not finite).

@@ -55,7 +55,9 @@ class RuntimeError : public std::exception {
   std::string description_;
 };
 
-[[noreturn]] inline void Raise(ErrNo number) { throw RuntimeError(number); }
+[[noreturn]] inline void Raise(ErrNo number) {
+  throw RuntimeError(number);
+}
 
 // Thrown when the user breaks a roll or a script (Escape, Ctrl-C, Pause's Cancel).
 struct BreakSignal {};

@@ -2,9 +2,13 @@
 
 namespace gandrel::testing {
 
-RecordingUI::RecordingUI() { SetUI(this); }
+RecordingUI::RecordingUI() {
+  SetUI(this);
+}
 
-RecordingUI::~RecordingUI() { SetUI(nullptr); }
+RecordingUI::~RecordingUI() {
+  SetUI(nullptr);
+}
 
 MsgAnswer RecordingUI::ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon icon,
                                    const std::string& title) {
@@ -17,11 +21,14 @@ void RecordingUI::ProcessEvents() {
   if (onPump) onPump(pumps);
 }
 
-void RecordingUI::SetBusy(bool busy) { busyChanges.push_back(busy); }
+void RecordingUI::SetBusy(bool busy) {
+  busyChanges.push_back(busy);
+}
 
 std::vector<std::string> RecordingUI::Texts() const {
   std::vector<std::string> texts;
-  for (const auto& m : messages) texts.push_back(m.text);
+  for (const auto& m : messages)
+    texts.push_back(m.text);
   return texts;
 }
 

@@ -19,7 +19,7 @@ class RecordingUI : public UserInterface {
     std::string title;
   };
 
-  RecordingUI();   // installs itself
+  RecordingUI();            // installs itself
   ~RecordingUI() override;  // restores the silent default
 
   MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon icon,
