@@ -173,26 +173,35 @@ static long IndexIgnoringCase(const std::vector<std::string>& list, const std::s
   return 0;
 }
 
+// Entries 2..last take the values of the entries above them; value goes first.
+static void PushOnTop(std::vector<std::string>& h, long last, const std::string& value) {
+  for (long i = last; i >= 2; --i)
+    h[i] = h[i - 1];
+  h[1] = value;
+}
+
+// Entries first..last-1 take the values of the entries below them; value goes last.
+static void PushAtBottom(std::vector<std::string>& h, long first, long last,
+                         const std::string& value) {
+  for (long i = first; i <= last - 1; ++i)
+    h[i] = h[i + 1];
+  h[last] = value;
+}
+
+// A new entry: the list grows while there is room, otherwise the entry at
+// the far end from the new one drops out.
 static void InsertNew(std::vector<std::string>& h, const std::string& value, long keepNum) {
   long count = static_cast<long>(h.size()) - 1;
-  if (count < keepNum) {
+  bool room = count < keepNum;
+  if (room) {
     h.emplace_back();
     ++count;
-    if (!settings.NewFirst) {
-      h[count] = value;
-    } else {
-      for (long i = count; i >= 2; --i)
-        h[i] = h[i - 1];
-      h[1] = value;
-    }
-  } else if (!settings.NewFirst) {
-    for (long i = 1; i <= keepNum - 1; ++i)
-      h[i] = h[i + 1];
-    h[keepNum] = value;
+  }
+  long last = room ? count : keepNum;
+  if (settings.NewFirst) {
+    PushOnTop(h, last, value);
   } else {
-    for (long i = keepNum; i >= 2; --i)
-      h[i] = h[i - 1];
-    h[1] = value;
+    PushAtBottom(h, room ? count : 1, last, value);
   }
 }
 
@@ -208,16 +217,13 @@ static void WriteBackAlwaysAdd(std::vector<std::string>& h) {
   }
 }
 
+// An entry already listed moves to the end where new entries go.
 static void MoveEntry(std::vector<std::string>& h, long pos, const std::string& value) {
   long count = static_cast<long>(h.size()) - 1;
-  if (!settings.NewFirst) {
-    for (long i = pos; i <= count - 1; ++i)
-      h[i] = h[i + 1];
-    h[count] = value;
+  if (settings.NewFirst) {
+    PushOnTop(h, pos, value);
   } else {
-    for (long i = pos; i >= 2; --i)
-      h[i] = h[i - 1];
-    h[1] = value;
+    PushAtBottom(h, pos, count, value);
   }
 }
 
