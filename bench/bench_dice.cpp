@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "app/Settings.h"
+#include "calc/EngineSettings.h"
 #include "dice/modDiceCalc.h"
 
 namespace {
@@ -13,14 +13,14 @@ using gandrel::Calc;
 using gandrel::settings;
 
 void RollMany(benchmark::State& state, const char* expression, double dice, bool longResults) {
-  settings.LongResults = longResults;
+  engineSettings.LongResults = longResults;
   for (auto _ : state) {
     std::string expr = expression, details;
     benchmark::DoNotOptimize(Calc(expr, details));
   }
   state.counters["per_die"] = benchmark::Counter(
       dice, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-  settings.LongResults = true;
+  engineSettings.LongResults = true;
 }
 
 void BM_MillionDiceLongOff(benchmark::State& state) {

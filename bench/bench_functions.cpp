@@ -5,9 +5,9 @@
 
 #include <string>
 
-#include "app/Settings.h"
+#include "calc/EngineSettings.h"
 #include "functions/modScriptFunctions.h"
-#include "script/VarStore.h"
+#include "calc/VarStore.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ using gandrel::settings;
 using gandrel::VarStore;
 
 void RunCall(benchmark::State& state, const char* call, bool longResults) {
-  settings.LongResults = longResults;
+  engineSettings.LongResults = longResults;
   const VarStore store;
   for (auto _ : state) {
     std::string line = call, details;
@@ -24,7 +24,7 @@ void RunCall(benchmark::State& state, const char* call, bool longResults) {
     benchmark::DoNotOptimize(line);
     benchmark::DoNotOptimize(details);
   }
-  settings.LongResults = true;
+  engineSettings.LongResults = true;
 }
 
 void BM_BestThreeOfFour(benchmark::State& state) {

@@ -11,14 +11,14 @@
 #include <cstdlib>
 #include <string>
 
-#include "app/Settings.h"
+#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
 #include "calc/NumberText.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 
 namespace {
 
@@ -95,8 +95,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size == 0 || size > 200) return 0;
   const std::string input(reinterpret_cast<const char*>(data), size);
   // The first byte picks the settings; it stays part of the text too.
-  settings.LongResults = !(data[0] & 1);
-  settings.DieType = (data[0] & 2) ? "dfudge" : "6";
+  engineSettings.LongResults = !(data[0] & 1);
+  engineSettings.DieType = (data[0] & 2) ? "dfudge" : "6";
 
   Guarded([&] {
     std::string expr = input, details;

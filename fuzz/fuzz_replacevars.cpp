@@ -15,7 +15,7 @@
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "calc/modGRCalcs.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 
 namespace {
 

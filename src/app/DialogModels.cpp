@@ -16,15 +16,16 @@ namespace gandrel {
 
 std::vector<std::string> ListDieTypeEntries() {
   std::vector<std::string> entries;
-  for (size_t i = 1; i < Define.size(); ++i)
-    entries.push_back(Define[i].Name + " = " + std::to_string(Define[i].Lo) + " to " +
-                      std::to_string(Define[i].Hi));
-  for (size_t i = 1; i < DefSeq.size(); ++i)
-    entries.push_back(DefSeq[i].Name + " = " + DefSeq[i].Dice);
+  for (size_t i = 1; i < dieTypes.Define.size(); ++i)
+    entries.push_back(dieTypes.Define[i].Name + " = " + std::to_string(dieTypes.Define[i].Lo) + " to " +
+                      std::to_string(dieTypes.Define[i].Hi));
+  for (size_t i = 1; i < dieTypes.DefSeq.size(); ++i)
+    entries.push_back(dieTypes.DefSeq[i].Name + " = " + dieTypes.DefSeq[i].Dice);
   return entries;
 }
 
-// What one entry defines, learnt on empty tables.
+// What one entry defines, learnt on tables of its own: the process's die
+// types are never touched while an entry is only being tried.
 struct TrialType {
   enum Kind { kNone, kRange, kList, kTooBig } kind = kNone;
   std::string name;
@@ -32,19 +33,19 @@ struct TrialType {
 
 static TrialType TryEntry(const std::string& entry) {
   TrialType trial;
+  DieTypeTables tables;
   std::optional<RuntimeError> error = TrapRuntimeError([&] {
-    ClearDieTypes();
     std::string statement = "define " + Trim(entry);
-    ParseDefine(statement);
+    ParseDefine(statement, tables);
   });
   if (error) {
     trial.kind = TrialType::kTooBig;
-  } else if (Define.size() > 1) {
+  } else if (tables.Define.size() > 1) {
     trial.kind = TrialType::kRange;
-    trial.name = Define[1].Name;
-  } else if (DefSeq.size() > 1) {
+    trial.name = tables.Define[1].Name;
+  } else if (tables.DefSeq.size() > 1) {
     trial.kind = TrialType::kList;
-    trial.name = DefSeq[1].Name;
+    trial.name = tables.DefSeq[1].Name;
   }
   return trial;
 }
@@ -55,18 +56,7 @@ std::string CheckDieTypeEntry(const std::string& entry, const std::vector<std::s
   if (InStr(text, ";") > 0)
     return "A die type cannot hold \";\": the definitions file would take the rest of the line "
            "for a comment.";
-  std::vector<RangeType> savedRanges = std::move(Define);
-  std::vector<ListType> savedLists = std::move(DefSeq);
   TrialType trial = TryEntry(text);
-  bool taken = false;
-  if (trial.kind == TrialType::kRange || trial.kind == TrialType::kList) {
-    for (const std::string& other : others) {
-      TrialType existing = TryEntry(other);
-      if (existing.kind == trial.kind && LCase(existing.name) == LCase(trial.name)) taken = true;
-    }
-  }
-  Define = std::move(savedRanges);
-  DefSeq = std::move(savedLists);
   switch (trial.kind) {
     case TrialType::kTooBig:
       return "The bounds of a range die must lie between -2147483648 and 2147483647.";
@@ -76,7 +66,11 @@ std::string CheckDieTypeEntry(const std::string& entry, const std::vector<std::s
     default:
       break;
   }
-  if (taken) return "There is already a die type " + trial.name + " of this kind: change that one.";
+  for (const std::string& other : others) {
+    TrialType existing = TryEntry(other);
+    if (existing.kind == trial.kind && LCase(existing.name) == LCase(trial.name))
+      return "There is already a die type " + trial.name + " of this kind: change that one.";
+  }
   return "";
 }
 

@@ -1,6 +1,7 @@
 #include "app/QtUserInterface.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -29,19 +30,35 @@ MsgAnswer QtUserInterface::ShowMessage(const std::string& text, MsgButtons butto
   box.setTextFormat(Qt::PlainText);
   box.setWindowTitle(QString::fromStdString(title));
   box.setText(QString::fromStdString(text));
-  box.setIcon(icon == MsgIcon::Critical ? QMessageBox::Critical : QMessageBox::NoIcon);
+  switch (icon) {
+    case MsgIcon::None:
+      box.setIcon(QMessageBox::NoIcon);
+      break;
+    case MsgIcon::Critical:
+      box.setIcon(QMessageBox::Critical);
+      break;
+    case MsgIcon::Question:
+      box.setIcon(QMessageBox::Question);
+      break;
+  }
 
   // The message must be readable even while a roll shows the busy pointer.
   QApplication::setOverrideCursor(Qt::ArrowCursor);
   MsgAnswer answer = MsgAnswer::Ok;
-  if (buttons == MsgButtons::YesNoCancel) {
+  if (buttons != MsgButtons::Ok) {
     QAbstractButton* yes = box.addButton(QMessageBox::Yes);
     QAbstractButton* no = box.addButton(QMessageBox::No);
-    box.addButton(QMessageBox::Cancel);
     box.setDefaultButton(QMessageBox::Yes);
-    box.setEscapeButton(QMessageBox::Cancel);
+    if (buttons == MsgButtons::YesNoCancel) {
+      box.addButton(QMessageBox::Cancel);
+      box.setEscapeButton(QMessageBox::Cancel);
+    } else {
+      box.setEscapeButton(no);
+    }
     box.exec();
     answer = AnswerOf(box, yes, no);
+    // Without a Cancel button, closing the box is No.
+    if (buttons == MsgButtons::YesNo && answer == MsgAnswer::Cancel) answer = MsgAnswer::No;
   } else {
     box.setStandardButtons(QMessageBox::Ok);
     box.exec();
@@ -52,6 +69,10 @@ MsgAnswer QtUserInterface::ShowMessage(const std::string& text, MsgButtons butto
 
 void QtUserInterface::ProcessEvents() {
   QCoreApplication::processEvents();
+}
+
+void QtUserInterface::WaitForEvents() {
+  QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 void QtUserInterface::SetBusy(bool busy) {

@@ -17,6 +17,7 @@ class QtUserInterface : public UserInterface {
   MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon icon,
                         const std::string& title) override;
   void ProcessEvents() override;
+  void WaitForEvents() override;
   // Busy pointers nest: the pointer comes back when every SetBusy(true) has
   // had its SetBusy(false).
   void SetBusy(bool busy) override;

@@ -6,6 +6,7 @@ AppSettings settings;
 
 void ResetSettings() {
   settings = AppSettings{};
+  ResetEngineSettings();
 }
 
 }  // namespace gandrel

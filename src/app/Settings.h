@@ -1,12 +1,15 @@
 // The settings of Gandrel, with their built-in defaults.
 //
 // modGandrel owns them: it loads them from gandrel.ini at start-up and writes
-// them back. The engine reads a few (DieType, LongResults) and a script can
-// change them (DIE changes DieType for good).
+// them back. The three that the engine reads (DieType, LongResults,
+// MarginIncrement) live in the engine's own EngineSettings, which the shell
+// loads and saves with these.
 #pragma once
 
 #include <cstdint>
 #include <string>
+
+#include "calc/EngineSettings.h"
 
 namespace gandrel {
 
@@ -32,14 +35,10 @@ struct WindowPlacement {
 };
 
 struct AppSettings {
-  // The default die inserted for a bare "d": a size ("6") or a die name ("d10").
-  std::string DieType = "6";
-  bool LongResults = true;
   bool AddDice = true;
   bool NewFirst = false;
   int16_t KeepNum = 10;
   bool KeepAlways = false;
-  int16_t MarginIncrement = 4;
   bool OnTop = false;
   bool SeeAll = false;
   WindowPlacement Main;
@@ -52,7 +51,7 @@ struct AppSettings {
 
 extern AppSettings settings;
 
-// Puts every setting back to its built-in default.
+// Puts every setting back to its built-in default, the engine's included.
 void ResetSettings();
 
 }  // namespace gandrel

@@ -31,7 +31,7 @@
 #include "calc/Basic.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 
 namespace gandrel {
 

@@ -39,11 +39,11 @@ frmPrefs::frmPrefs(QWidget* parent) : QDialog(parent) {
   setObjectName("frmPrefs");
   setWindowTitle(tr("Preferences"));
 
-  txtDieType = new QLineEdit(QString::fromStdString(settings.DieType), this);
+  txtDieType = new QLineEdit(QString::fromStdString(engineSettings.DieType), this);
   txtDieType->setToolTip(
       tr("The die a bare \"d\" rolls: a size such as 6, or a die type such as dfate"));
-  chkLongResults = MakeCheck(tr("&Long results: list every die"), settings.LongResults, this);
-  spinMargin = MakeSpin(0, 99, settings.MarginIncrement, this);
+  chkLongResults = MakeCheck(tr("&Long results: list every die"), engineSettings.LongResults, this);
+  spinMargin = MakeSpin(0, 99, engineSettings.MarginIncrement, this);
   auto* rolling = new QGroupBox(tr("Rolling"), this);
   auto* rollingForm = new QFormLayout(rolling);
   rollingForm->addRow(tr("De&fault die:"), txtDieType);
@@ -131,13 +131,13 @@ bool frmPrefs::Apply() {
     txtDieType->setFocus();
     return false;
   }
-  settings.DieType = dieType;
+  engineSettings.DieType = dieType;
   settings.AddDice = chkAddDice->isChecked();
   settings.NewFirst = chkNewFirst->isChecked();
   settings.KeepNum = static_cast<int16_t>(spinKeepNum->value());
   settings.KeepAlways = chkKeepAlways->isChecked();
-  settings.LongResults = chkLongResults->isChecked();
-  settings.MarginIncrement = static_cast<int16_t>(spinMargin->value());
+  engineSettings.LongResults = chkLongResults->isChecked();
+  engineSettings.MarginIncrement = static_cast<int16_t>(spinMargin->value());
   settings.OnTop = chkOnTop->isChecked();
   for (int i = 0; i < 3; ++i)
     settings.Fonts[i] = fonts[i];

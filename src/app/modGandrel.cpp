@@ -11,7 +11,7 @@
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "dice/modDiceCalc.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 
 namespace gandrel {
 

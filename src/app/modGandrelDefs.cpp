@@ -74,7 +74,7 @@ void ReadOldDefinitions(const std::string& path) {
   for (const std::string& raw : lines) {
     std::string line = Trim(LCase(WithoutComment(raw)));
     if (Left(line, 4) == "die=") {
-      settings.DieType = Mid(line, 5);
+      engineSettings.DieType = Mid(line, 5);
     } else if (Left(line, 6) == "define") {
       DefineFromLine(line, path);
     } else if (!line.empty()) {
@@ -87,11 +87,11 @@ void ReadOldDefinitions(const std::string& path) {
 std::string DefinitionsText() {
   const char* crlf = "\r\n";
   std::string text = std::string(kCommentLine1) + crlf + kCommentLine2 + crlf;
-  for (size_t i = 1; i < Define.size(); ++i)
-    text += "define " + Define[i].Name + " = " + std::to_string(Define[i].Lo) + " to " +
-            std::to_string(Define[i].Hi) + crlf;
-  for (size_t i = 1; i < DefSeq.size(); ++i)
-    text += "define " + DefSeq[i].Name + " = " + DefSeq[i].Dice + crlf;
+  for (size_t i = 1; i < dieTypes.Define.size(); ++i)
+    text += "define " + dieTypes.Define[i].Name + " = " + std::to_string(dieTypes.Define[i].Lo) + " to " +
+            std::to_string(dieTypes.Define[i].Hi) + crlf;
+  for (size_t i = 1; i < dieTypes.DefSeq.size(); ++i)
+    text += "define " + dieTypes.DefSeq[i].Name + " = " + dieTypes.DefSeq[i].Dice + crlf;
   for (size_t i = 1; i < AlwaysAddItems.size(); ++i)
     text += AlwaysAddItems[i] + crlf;
   return text;

@@ -14,7 +14,7 @@
 #include "calc/UserInterface.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 
 namespace gandrel {
 
@@ -99,15 +99,15 @@ void LoadSettings() {
   }
 
   SetIniFile("Settings", ini);
-  settings.DieType = GetIniString("DieType", settings.DieType);
+  engineSettings.DieType = GetIniString("DieType", engineSettings.DieType);
   settings.AddDice = ReadFlag("AddDice", settings.AddDice);
   settings.NewFirst = ReadFlag("NewFirst", settings.NewFirst);
   // A negative history length keeps no history, as 0 does.
   int16_t keepNum = ReadInt16("KeepNum", settings.KeepNum);
   settings.KeepNum = keepNum < 0 ? 0 : keepNum;
   settings.KeepAlways = ReadFlag("KeepAlways", settings.KeepAlways);
-  settings.LongResults = ReadFlag("LongResults", settings.LongResults);
-  settings.MarginIncrement = ReadInt16("MarginIncrement", settings.MarginIncrement);
+  engineSettings.LongResults = ReadFlag("LongResults", engineSettings.LongResults);
+  engineSettings.MarginIncrement = ReadInt16("MarginIncrement", engineSettings.MarginIncrement);
 
   SetIniFile("Flags", ini);
   // 0 normal, 1 minimised, 2 maximised; anything else is normal.
@@ -147,13 +147,13 @@ bool SaveSettings() {
   WriteIniInt("value", window.Splitter);
 
   SetIniFile("Settings", ini);
-  WriteIniString("DieType", settings.DieType);
+  WriteIniString("DieType", engineSettings.DieType);
   WriteIniInt("AddDice", AsIniFlag(settings.AddDice));
   WriteIniInt("NewFirst", AsIniFlag(settings.NewFirst));
   WriteIniInt("KeepNum", settings.KeepNum);
   WriteIniInt("KeepAlways", AsIniFlag(settings.KeepAlways));
-  WriteIniInt("LongResults", AsIniFlag(settings.LongResults));
-  WriteIniInt("MarginIncrement", settings.MarginIncrement);
+  WriteIniInt("LongResults", AsIniFlag(engineSettings.LongResults));
+  WriteIniInt("MarginIncrement", engineSettings.MarginIncrement);
 
   std::string failedFile, reason;
   bool ok = EndIniBatch(failedFile, reason);

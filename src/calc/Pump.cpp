@@ -5,7 +5,7 @@
 
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 
 namespace gandrel {
 
@@ -51,6 +51,13 @@ void pump_detail::CheckClock() {
 void PumpNow() {
   lastPump = Clock::now();
   UI().ProcessEvents();
+}
+
+void ResetPump() {
+  stride = 1;
+  everyCall = false;
+  lastCheck = lastPump = Clock::now();
+  pump_detail::countdown = 1;
 }
 
 void SetPumpEveryCall(bool on) {

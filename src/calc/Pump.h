@@ -10,8 +10,8 @@
 
 #include <cstdint>
 
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
-#include "script/RunFlags.h"
 
 namespace gandrel {
 
@@ -46,5 +46,8 @@ void PumpNow();
 // Tests: make every Yield() pump events, so that a recorder's pump hook runs
 // at a known call.
 void SetPumpEveryCall(bool on);
+
+// Back to the state at program start: adaptive, first call checks the clock.
+void ResetPump();
 
 }  // namespace gandrel

@@ -30,14 +30,13 @@ void MsgBox(const std::string& text) {
   UI().ShowMessage(text, MsgButtons::Ok, MsgIcon::None, kAppTitle);
 }
 
-void ShowErrorMessage(const RuntimeError& error, const std::string& tooBig,
-                      const std::string& advice) {
+void ShowErrorMessage(const RuntimeError& error, std::string_view tooBig, std::string_view advice) {
   if (error.Number() == ErrNo::Overflow) {
-    MsgBox(tooBig);
+    MsgBox(std::string(tooBig));
     return;
   }
   MsgBox("I'm sorry, but the following error has occurred:\r" + error.Description() + "\r\r" +
-         advice);
+         std::string(advice));
 }
 
 }  // namespace gandrel

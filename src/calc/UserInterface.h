@@ -7,6 +7,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "calc/RuntimeError.h"
 
@@ -14,8 +15,8 @@ namespace gandrel {
 
 inline constexpr const char* kAppTitle = "Gandrel";
 
-enum class MsgButtons { Ok, YesNoCancel };
-enum class MsgIcon { None, Critical };
+enum class MsgButtons { Ok, YesNo, YesNoCancel };
+enum class MsgIcon { None, Critical, Question };
 enum class MsgAnswer { Ok, Yes, No, Cancel };
 
 class UserInterface {
@@ -28,6 +29,10 @@ class UserInterface {
 
   // Lets pending user-interface events run (keys, clicks, repaints).
   virtual void ProcessEvents() = 0;
+
+  // Sleeps until an event arrives, then lets it run: how a script waits for
+  // its pause window without spinning a core.
+  virtual void WaitForEvents() { ProcessEvents(); }
 
   // The busy pointer during a roll or a script run.
   virtual void SetBusy(bool /*busy*/) {}
@@ -45,7 +50,6 @@ void MsgBox(const std::string& text);
 // The message of a run-time error met while calculating or rolling: tooBig
 // for an overflow; for any other error, "I'm sorry, but the following error
 // has occurred:", its description, and advice.
-void ShowErrorMessage(const RuntimeError& error, const std::string& tooBig,
-                      const std::string& advice);
+void ShowErrorMessage(const RuntimeError& error, std::string_view tooBig, std::string_view advice);
 
 }  // namespace gandrel

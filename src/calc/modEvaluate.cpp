@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "calc/Basic.h"
+#include "calc/Markers.h"
 #include "calc/NumberText.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
@@ -398,8 +399,7 @@ std::optional<double> EvaluateText(std::string_view expression) {
 }
 
 void ShowCalcError(const RuntimeError& error) {
-  ShowErrorMessage(error, "I'm sorry, but the result calculated is too big for me to handle.",
-                   "If performing a complex calculation, please simplify or use smaller numbers.");
+  ShowErrorMessage(error, kResultTooBigMessage, kCalculatingAdvice);
 }
 
 }  // namespace
@@ -423,6 +423,10 @@ void FoldSigns(std::string& text) {
   FoldPlusMinus(text);
 }
 
+void ResetEvaluator() {
+  nesting = 0;
+}
+
 int16_t FindCloseParen(std::string_view text) {
   long depth = 1;
   for (long i = 2; i <= Len(text); ++i) {
@@ -432,19 +436,6 @@ int16_t FindCloseParen(std::string_view text) {
     if (depth == 0) return Int16(i);
   }
   return 0;
-}
-
-int16_t MinPosition(int16_t a, int16_t b) {
-  return a < b ? a : b;
-}
-
-void Splits(int op, std::string& left, std::string& right, double& leftArg, double& rightArg) {
-  size_t leftTaken = LeftOperandLength(left);
-  leftArg = ReadNumber(std::string_view(left).substr(left.size() - leftTaken));
-  left.resize(left.size() - leftTaken);
-  size_t rightTaken = RightOperandLength(op, right);
-  rightArg = ReadNumber(std::string_view(right).substr(0, rightTaken));
-  right.erase(0, rightTaken);
 }
 
 }  // namespace gandrel

@@ -27,11 +27,7 @@ void FoldSigns(std::string& text);
 // text begins with "("; the 1-based position of the ")" that closes it, or 0.
 int16_t FindCloseParen(std::string_view text);
 
-int16_t MinPosition(int16_t a, int16_t b);
-
-// Peels the operands off both sides of an operator: the number at the end of
-// left and the number at the start of right. op 1 (the add level) takes no "-"
-// on the right; every other op takes a "-" in the right operand's first place.
-void Splits(int op, std::string& left, std::string& right, double& leftArg, double& rightArg);
+// Forgets how deep evaluations are nested (tests start from nothing).
+void ResetEvaluator();
 
 }  // namespace gandrel

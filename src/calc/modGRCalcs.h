@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "script/VarStore.h"
+#include "calc/VarStore.h"
 
 namespace gandrel {
 

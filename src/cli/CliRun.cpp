@@ -15,7 +15,7 @@
 #include "calc/UserInterface.h"
 #include "cli/CliJson.h"
 #include "dice/Random.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 
 namespace gandrel::cli {
 

@@ -3,11 +3,13 @@
 #include <string_view>
 #include <vector>
 
-#include "app/Settings.h"
+#include "calc/Markers.h"
+#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
 #include "calc/modEvaluate.h"
 #include "dice/DiceText.h"
 #include "dice/DieLookup.h"
+#include "dice/QuoteCut.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
 
@@ -24,23 +26,6 @@ void AppendDetails(std::string& details, std::string& termDetails) {
   } else {
     details += termDetails;
   }
-}
-
-// Where a line is cut at its first double quote: the text before it, the
-// quoted stretch (through the next quote, or to the end), the rest.
-struct QuoteCut {
-  std::string before, quoted, after;
-};
-
-bool CutAtQuote(std::string_view text, QuoteCut& cut) {
-  size_t q1 = text.find('"');
-  if (q1 == std::string_view::npos) return false;
-  size_t q2 = text.find('"', q1 + 1);
-  if (q2 == std::string_view::npos) q2 = text.size() - 1;
-  cut.before = text.substr(0, q1);
-  cut.quoted = text.substr(q1, q2 - q1 + 1);
-  cut.after = text.substr(q2 + 1);
-  return true;
 }
 
 // The value of a piece calculated on its own; its details are dropped.
@@ -99,11 +84,11 @@ void GenerateAllDice(std::string& expr, std::string& details) {
     std::string term = Mid(expr, start, end - start + 1);
     std::string termDetails;
     double total = GetDieResult(term, termDetails);
-    if (term == "<error>") {
-      expr = "<error>";
+    if (term == kErrorMarker) {
+      expr = kErrorMarker;
       return;
     }
-    if (settings.LongResults) AppendDetails(details, termDetails);
+    if (engineSettings.LongResults) AppendDetails(details, termDetails);
     std::string text = Trim(NumberText(total));
     size_t at = static_cast<size_t>(start - 1), length = static_cast<size_t>(end - start + 1);
     expr.replace(at, length, text);
@@ -124,10 +109,10 @@ double Calc(std::string& expr, std::string& details) {
   }
   double value = Evaluate(expr);
   if (Left(expr, 1) == "%") {
-    expr = "<calc error>";
+    expr = kCalcErrorMarker;
     return value;
   }
-  if (settings.LongResults) {
+  if (engineSettings.LongResults) {
     details += "Calc: ";
     details += expr;
     details += '=';

@@ -23,11 +23,11 @@ static long FindAt(const Table& table, std::string_view lower, long p) {
 }
 
 long FindRangeAt(std::string_view lower, long p) {
-  return FindAt(Define, lower, p);
+  return FindAt(dieTypes.Define, lower, p);
 }
 
 long FindListAt(std::string_view lower, long p) {
-  return FindAt(DefSeq, lower, p);
+  return FindAt(dieTypes.DefSeq, lower, p);
 }
 
 long DigitRunStart(std::string_view text, long p) {
@@ -51,8 +51,8 @@ long DigitRunEnd(std::string_view text, long p) {
 void FindRolledTerm(std::string_view lower, long p, long& start, long& end) {
   start = DigitRunStart(lower, p);
   end = DigitRunEnd(lower, p);
-  if (long r = FindRangeAt(lower, p)) end = p + Len(Define[static_cast<size_t>(r)].Name) - 1;
-  if (long s = FindListAt(lower, p)) end = p + Len(DefSeq[static_cast<size_t>(s)].Name) - 1;
+  if (long r = FindRangeAt(lower, p)) end = p + Len(dieTypes.Define[static_cast<size_t>(r)].Name) - 1;
+  if (long s = FindListAt(lower, p)) end = p + Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name) - 1;
 }
 
 void CheckTextLength(std::string_view text) {

@@ -8,12 +8,10 @@
 
 namespace gandrel {
 
-std::vector<RangeType> Define(1);
-std::vector<ListType> DefSeq(1);
+DieTypeTables dieTypes;
 
-void ClearDieTypes() {
-  Define.assign(1, RangeType{});
-  DefSeq.assign(1, ListType{});
+void ClearDieTypes(DieTypeTables& tables) {
+  tables = DieTypeTables{};
 }
 
 // The exchange sort of both tables: longest trimmed name first. Equal lengths
@@ -44,26 +42,26 @@ static Record& FindOrAppend(std::vector<Record>& table, const std::string& name)
   return table.back();
 }
 
-void DefineRange(const std::string& spec, const std::string& name) {
+void DefineRange(const std::string& spec, const std::string& name, DieTypeTables& tables) {
   long t = InStr(LCase(spec), "to");
   int32_t lo = CLng(ReadNumber(Trim(Left(spec, t - 1))));
   int32_t hi = CLng(ReadNumber(Trim(Mid(spec, t + 2))));
   if (lo > hi) std::swap(lo, hi);
-  RangeType& record = FindOrAppend(Define, name);
+  RangeType& record = FindOrAppend(tables.Define, name);
   record.Name = name;
   record.Lo = lo;
   record.Hi = hi;
-  SortByNameLength(Define);
+  SortByNameLength(tables.Define);
 }
 
-void DefineSequence(const std::string& spec, const std::string& name) {
-  ListType& record = FindOrAppend(DefSeq, name);
+void DefineSequence(const std::string& spec, const std::string& name, DieTypeTables& tables) {
+  ListType& record = FindOrAppend(tables.DefSeq, name);
   record.Name = name;
   record.Dice = spec;
-  SortByNameLength(DefSeq);
+  SortByNameLength(tables.DefSeq);
 }
 
-void ParseDefine(std::string& statement) {
+void ParseDefine(std::string& statement, DieTypeTables& tables) {
   std::string rest = Mid(statement, 7);
   long eq = InStr(rest, "=");
   if (eq == 0) return;
@@ -71,9 +69,9 @@ void ParseDefine(std::string& statement) {
   if (LCase(Left(name, 1)) != "d") name = "d" + name;
   std::string spec = Trim(Mid(rest, eq + 1));
   if (InStr(LCase(spec), "to") > 0) {
-    DefineRange(spec, name);
+    DefineRange(spec, name, tables);
   } else if (InStr(spec, ",") > 0) {
-    DefineSequence(spec, name);
+    DefineSequence(spec, name, tables);
   }
 }
 

@@ -2,10 +2,11 @@
 #include <string>
 #include <string_view>
 
-#include "app/Settings.h"
+#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
 #include "calc/Pump.h"
 #include "dice/DieLookup.h"
+#include "dice/QuoteCut.h"
 #include "dice/modDiceCalc.h"
 
 namespace gandrel {
@@ -13,8 +14,8 @@ namespace gandrel {
 // The length of the defined name that stands at p (Define asked first, DefSeq
 // only without a Define match), or 0.
 static long DefinedNameLengthAt(std::string_view lower, long p) {
-  if (long r = FindRangeAt(lower, p)) return Len(Define[static_cast<size_t>(r)].Name);
-  if (long s = FindListAt(lower, p)) return Len(DefSeq[static_cast<size_t>(s)].Name);
+  if (long r = FindRangeAt(lower, p)) return Len(dieTypes.Define[static_cast<size_t>(r)].Name);
+  if (long s = FindListAt(lower, p)) return Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name);
   return 0;
 }
 
@@ -22,7 +23,7 @@ static long DefinedNameLengthAt(std::string_view lower, long p) {
 // inserted text. A default die with its own letter ("d10", "dfudge") takes
 // the place of the "d", a bare size ("6") goes right after it.
 static long InsertDefaultDie(std::string& expr, std::string& lower, long p) {
-  const std::string& type = settings.DieType;
+  const std::string& type = engineSettings.DieType;
   size_t at = static_cast<size_t>(p - 1);
   if (LCase(Left(type, 1)) == "d") {
     expr.replace(at, 1, type);
@@ -57,24 +58,16 @@ void ExpandAllDice(std::string& line) {
   CheckTextLength(line);
   // Every stretch from one double quote to the next (or to the end) is kept
   // as written; what lies between such stretches is expanded.
-  std::string_view rest = line;
-  std::string out;
-  while (!rest.empty()) {
-    size_t q1 = rest.find('"');
-    if (q1 == std::string_view::npos) {
-      std::string piece(rest);
-      ExpandDice(piece);
-      out += piece;
-      break;
-    }
-    size_t q2 = rest.find('"', q1 + 1);
-    q2 = q2 == std::string_view::npos ? rest.size() - 1 : q2;
-    std::string before(rest.substr(0, q1));
-    if (!before.empty()) ExpandDice(before);
-    out += before;
-    out += rest.substr(q1, q2 - q1 + 1);
-    rest.remove_prefix(q2 + 1);
+  std::string rest = line, out;
+  QuoteCut cut;
+  while (CutAtQuote(rest, cut)) {
+    ExpandDice(cut.before);
+    out += cut.before;
+    out += cut.quoted;
+    rest = std::move(cut.after);
   }
+  ExpandDice(rest);
+  out += rest;
   line = std::move(out);
 }
 

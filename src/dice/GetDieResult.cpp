@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "app/Settings.h"
+#include "calc/Markers.h"
+#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
 #include "calc/NumberText.h"
 #include "calc/Pump.h"
@@ -154,11 +155,11 @@ double RollTerm(const std::string& t, ItemSplit split, DiceList* dice) {
   double count = ReadNumber(Left(t, p - 1));
   double total;
   if (long r = FindRangeAt(t, p)) {
-    const RangeType& type = Define[static_cast<size_t>(r)];
+    const RangeType& type = dieTypes.Define[static_cast<size_t>(r)];
     total = RollRange(count, type.Lo, type.Hi, dice);
   } else if (long s = FindListAt(t, p)) {
     // A copy of the items: events run during the roll, and may redefine types.
-    ListItems items(DefSeq[static_cast<size_t>(s)].Dice, split);
+    ListItems items(dieTypes.DefSeq[static_cast<size_t>(s)].Dice, split);
     total = RollList(count, items, dice);
   } else {
     total = RollPlain(count, ReadNumber(Mid(t, p + 1)), dice);
@@ -187,9 +188,7 @@ void PutDetailLine(const std::string& die, const std::string& diceText, double t
 }
 
 void ReportRollFailure(const RuntimeError& error) {
-  ShowErrorMessage(error, "I'm sorry, but the die result generated is too big for me to handle.",
-                   "If rolling a huge die, or number of dice, please use something smaller.");
-  if (error.Number() != ErrNo::Overflow) OnRollFailed();
+  ShowErrorMessage(error, kRollTooBigMessage, kRollingAdvice);
 }
 
 // The common steps of both rolling procedures. dice receives the list of
@@ -201,23 +200,21 @@ double RollDieTerm(std::string& die, std::string& details, std::string* diceOut,
     CheckTextLength(t);
     if (t.empty()) return;
     if (t[0] == 'd') t = "1" + t;
-    bool wantList = diceOut || settings.LongResults;
+    bool wantList = diceOut || engineSettings.LongResults;
     DiceList list;
     total = RollTerm(t, split, wantList ? &list : nullptr);
-    if (settings.LongResults) PutDetailLine(die, list.Text(), total, details);
+    if (engineSettings.LongResults) PutDetailLine(die, list.Text(), total, details);
     if (diceOut) *diceOut = std::move(list.Text());
   });
   if (error) {
     ReportRollFailure(*error);
     total = 0;
-    die = "<error>";
+    die = kErrorMarker;
   }
   return total;
 }
 
 }  // namespace
-
-void OnRollFailed() {}
 
 double GetDieResult(std::string& die, std::string& details) {
   return RollDieTerm(die, details, nullptr, ItemSplit::TokenList);
@@ -239,8 +236,8 @@ void LongGenDice(const std::string& expr, std::string& dice, std::string& detail
   std::string term = Mid(expr, start, end - start + 1);
   std::string termDetails;
   LongGetDieResults(term, dice, termDetails);
-  if (term == "<error>") return;
-  if (settings.LongResults) details += termDetails;
+  if (term == kErrorMarker) return;
+  if (engineSettings.LongResults) details += termDetails;
 }
 
 }  // namespace gandrel

@@ -42,10 +42,10 @@ double TermBound(const std::string& die, Bound bound) {
   double count = ReadNumber(Left(t, p - 1));
   double result;
   if (long r = FindRangeAt(t, p)) {
-    const RangeType& type = Define[static_cast<size_t>(r)];
+    const RangeType& type = dieTypes.Define[static_cast<size_t>(r)];
     result = count * (bound == Bound::Highest ? type.Hi : type.Lo);
   } else if (long s = FindListAt(t, p)) {
-    result = count * ExtremeItem(DefSeq[static_cast<size_t>(s)].Dice, bound);
+    result = count * ExtremeItem(dieTypes.DefSeq[static_cast<size_t>(s)].Dice, bound);
   } else {
     // Every plain die shows at least 1, whatever its size.
     result = bound == Bound::Highest ? count * ReadNumber(Mid(t, p + 1)) : count;

@@ -2,7 +2,7 @@
 // ReplaceDice and GetDieType.
 #include <string>
 
-#include "app/Settings.h"
+#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
 #include "calc/RuntimeError.h"
 #include "dice/DieLookup.h"
@@ -30,9 +30,9 @@ void BreakOutDice(std::string& expr, std::string& before, std::string& term, std
   // digits after "d" count only when no defined name stands there.
   long end;
   if (long r = FindRangeAt(lower, p)) {
-    end = p + Len(Define[static_cast<size_t>(r)].Name) - 1;
+    end = p + Len(dieTypes.Define[static_cast<size_t>(r)].Name) - 1;
   } else if (long s = FindListAt(lower, p)) {
-    end = p + Len(DefSeq[static_cast<size_t>(s)].Name) - 1;
+    end = p + Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name) - 1;
   } else {
     end = DigitRunEnd(lower, p);
   }
@@ -50,7 +50,7 @@ void ReplaceDice(std::string& expr, std::string& details) {
     BreakOutDice(expr, before, term, after);
     std::string dice, termDetails;
     LongGenDice(term, dice, termDetails);
-    if (settings.LongResults) details += termDetails;
+    if (engineSettings.LongResults) details += termDetails;
     expr = Trim(before) + Trim(dice) + Trim(after);
   }
   expr = Trim(expr);
@@ -61,8 +61,8 @@ std::string GetDieType(std::string& die) {
   std::string t = LCase(Trim(die));
   CheckTextLength(t);
   long p = FirstDie(t);
-  if (long r = FindRangeAt(t, p)) return Define[static_cast<size_t>(r)].Name;
-  if (long s = FindListAt(t, p)) return DefSeq[static_cast<size_t>(s)].Name;
+  if (long r = FindRangeAt(t, p)) return dieTypes.Define[static_cast<size_t>(r)].Name;
+  if (long s = FindListAt(t, p)) return dieTypes.DefSeq[static_cast<size_t>(s)].Name;
   return Mid(t, p + 1, DigitRunEnd(t, p) - p);
 }
 

@@ -70,6 +70,12 @@ void UnseedRandom() {
   fixedSeed = false;
 }
 
+void ResetRandom() {
+  scripted.clear();
+  random_detail::scriptedPending = false;
+  fixedSeed = false;
+}
+
 void ScriptRandom(const std::vector<double>& values) {
   scripted.assign(values.begin(), values.end());
   random_detail::scriptedPending = !scripted.empty();

@@ -60,6 +60,9 @@ void UnseedRandom();
 // generator resumes.
 void ScriptRandom(const std::vector<double>& values);
 
+// Tests: no scripted values, clock reseeding back on (the state is kept).
+void ResetRandom();
+
 // Tests: the r that makes a die of the given number of faces show face
 // (1-based): the middle of that face's interval.
 inline double FaceToRnd(double face, double faces) {

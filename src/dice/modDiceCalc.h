@@ -43,19 +43,29 @@ struct ListType {
   std::string Dice;
 };
 
-// Both tables are 1-based; element 0 is the sort's scratch slot. Each is kept
-// ordered by the length of its trimmed names, longest first.
-extern std::vector<RangeType> Define;
-extern std::vector<ListType> DefSeq;
+// The range types (Define) and the list types (DefSeq). Both tables are
+// 1-based; element 0 is the sort's scratch slot. Each is kept ordered by the
+// length of its trimmed names, longest first.
+struct DieTypeTables {
+  std::vector<RangeType> Define = std::vector<RangeType>(1);
+  std::vector<ListType> DefSeq = std::vector<ListType>(1);
+};
+
+// The process's die types: every roll reads these.
+extern DieTypeTables dieTypes;
 
 // Empties both tables.
-void ClearDieTypes();
+void ClearDieTypes(DieTypeTables& tables = dieTypes);
 
 // "define name = spec": the first six characters are skipped unseen. A spec
 // with "to" is a range, else one with "," a list, else nothing happens.
-void ParseDefine(std::string& statement);
-void DefineRange(const std::string& spec, const std::string& name);
-void DefineSequence(const std::string& spec, const std::string& name);
+// Given other tables, a statement can be tried without touching the
+// process's die types.
+void ParseDefine(std::string& statement, DieTypeTables& tables = dieTypes);
+void DefineRange(const std::string& spec, const std::string& name,
+                 DieTypeTables& tables = dieTypes);
+void DefineSequence(const std::string& spec, const std::string& name,
+                    DieTypeTables& tables = dieTypes);
 
 // ---- Notation and the calculation entry ----------------------------------
 
@@ -90,10 +100,6 @@ double LongGetDieResults(std::string& die, std::string& dice, std::string& detai
 
 // Rolls the first dice term of expr with LongGetDieResults; expr is not changed.
 void LongGenDice(const std::string& expr, std::string& dice, std::string& details);
-
-// Called when a roll fails with an error other than an overflow: the place
-// where a failed roll ends a mode of the main window. Does nothing today.
-void OnRollFailed();
 
 // ---- Bounds of a term ----------------------------------------------------
 

@@ -18,17 +18,14 @@ namespace {
 enum class Keep { Highest, Lowest };
 
 struct Keeping {
-  std::string_view name;
   Keep keep;
   bool fromList;  // the dice text is the items of the list named
   const char* traceName;
 };
 
-constexpr Keeping kKeepings[] = {
-    {"@best", Keep::Highest, false, "Best("},
-    {"@worst", Keep::Lowest, false, "Worst("},
-    {"@bestlist", Keep::Highest, true, "Best("},
-};
+constexpr Keeping kBest{Keep::Highest, false, "Best("};
+constexpr Keeping kWorst{Keep::Lowest, false, "Worst("};
+constexpr Keeping kBestList{Keep::Highest, true, "Best("};
 
 // The terms to keep, written out as a sum: all of them in rolled order when
 // there are no more than num, else the num highest (highest first) or the num
@@ -65,8 +62,7 @@ std::string ListDiceText(const VarStore& store, const std::string& name) {
 }
 
 // Rolls the dice text, keeps num of its terms and puts them in the call's place.
-void KeepTerms(FunctionCall& call) {
-  const Keeping& keeping = RowOf(kKeepings, call);
+void KeepTerms(FunctionCall& call, const Keeping& keeping) {
   BoundedArgs args;
   if (!ReadBoundedArgs(call, 1, true, args)) return;
   const auto num = static_cast<int16_t>(args.bounds[0]);
@@ -117,15 +113,15 @@ void SortByValue(std::vector<std::string>& items) {
 }
 
 void FuncBest(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@best", line, details, store, KeepTerms);
+  HandleCall("@best", line, details, store, [](FunctionCall& call) { KeepTerms(call, kBest); });
 }
 
 void FuncWorst(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@worst", line, details, store, KeepTerms);
+  HandleCall("@worst", line, details, store, [](FunctionCall& call) { KeepTerms(call, kWorst); });
 }
 
 void FuncBestList(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@bestlist", line, details, store, KeepTerms);
+  HandleCall("@bestlist", line, details, store, [](FunctionCall& call) { KeepTerms(call, kBestList); });
 }
 
 }  // namespace gandrel

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "app/Settings.h"
+#include "calc/EngineSettings.h"
 #include "calc/NumberText.h"
 #include "calc/modEvaluate.h"
 #include "dice/modDiceCalc.h"
@@ -21,21 +21,18 @@ namespace {
 enum class Sides { Both, Lower, Upper };
 
 struct Bounding {
-  std::string_view name;
   Sides sides;
   bool whole;     // the bound kept as a 16-bit whole number
   bool eachTerm;  // a cap; a limit bounds the total
   const char* traceName;
 };
 
-constexpr Bounding kBoundings[] = {
-    {"@cap", Sides::Both, false, true, "Cap("},
-    {"@lcap", Sides::Lower, true, true, "LCap("},
-    {"@ucap", Sides::Upper, true, true, "UCap("},
-    {"@limit", Sides::Both, false, false, "Limit("},
-    {"@llimit", Sides::Lower, false, false, "LLimit("},
-    {"@ulimit", Sides::Upper, false, false, "ULimit("},
-};
+constexpr Bounding kCap{Sides::Both, false, true, "Cap("};
+constexpr Bounding kLCap{Sides::Lower, true, true, "LCap("};
+constexpr Bounding kUCap{Sides::Upper, true, true, "UCap("};
+constexpr Bounding kLimit{Sides::Both, false, false, "Limit("};
+constexpr Bounding kLLimit{Sides::Lower, false, false, "LLimit("};
+constexpr Bounding kULimit{Sides::Upper, false, false, "ULimit("};
 
 // Raises a term below low to low's text, then lowers one above high to
 // high's text, reading the term again after the first step.
@@ -73,15 +70,14 @@ void LimitTotal(FunctionCall& call, const Bounding& limit, double low, double hi
   ReplaceDice(dice, call.details);
   double value = Calc(dice, call.details);
   // The calculation's own detail ends without a line break.
-  if (settings.LongResults) call.details += kCrLf;
+  if (engineSettings.LongResults) call.details += kCrLf;
   call.BeginTrace(limit.traceName + args.Shown(", ") + FormatNumber(value) + ")=");
   value = BoundTotal(value, low, high, limit.sides);
   call.details += FormatNumber(value) + kCrLf;
   call.Finish(FormatNumber(value));
 }
 
-void BoundRoll(FunctionCall& call) {
-  const Bounding& bounding = RowOf(kBoundings, call);
+void BoundRoll(FunctionCall& call, const Bounding& bounding) {
   BoundedArgs args;
   if (!ReadBoundedArgs(call, bounding.sides == Sides::Both ? 2 : 1, bounding.whole, args)) return;
   const double low = bounding.sides == Sides::Upper ? 0 : args.bounds.front();
@@ -92,27 +88,27 @@ void BoundRoll(FunctionCall& call) {
 }  // namespace
 
 void FuncCap(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@cap", line, details, store, BoundRoll);
+  HandleCall("@cap", line, details, store, [](FunctionCall& call) { BoundRoll(call, kCap); });
 }
 
 void FuncLCap(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@lcap", line, details, store, BoundRoll);
+  HandleCall("@lcap", line, details, store, [](FunctionCall& call) { BoundRoll(call, kLCap); });
 }
 
 void FuncUCap(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@ucap", line, details, store, BoundRoll);
+  HandleCall("@ucap", line, details, store, [](FunctionCall& call) { BoundRoll(call, kUCap); });
 }
 
 void FuncLimit(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@limit", line, details, store, BoundRoll);
+  HandleCall("@limit", line, details, store, [](FunctionCall& call) { BoundRoll(call, kLimit); });
 }
 
 void FuncLLimit(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@llimit", line, details, store, BoundRoll);
+  HandleCall("@llimit", line, details, store, [](FunctionCall& call) { BoundRoll(call, kLLimit); });
 }
 
 void FuncULimit(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@ulimit", line, details, store, BoundRoll);
+  HandleCall("@ulimit", line, details, store, [](FunctionCall& call) { BoundRoll(call, kULimit); });
 }
 
 }  // namespace gandrel

@@ -15,7 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "app/Settings.h"
+#include "calc/Markers.h"
+#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
 #include "calc/NumberText.h"
 #include "calc/Pump.h"
@@ -64,7 +65,7 @@ double DiceCount(const std::string& term) {
 bool RollOne(const DieKind& kind, std::vector<double>& rolls) {
   std::string die = kind.die, lines;
   double value = GetDieResult(die, lines);
-  if (die == "<error>") return false;
+  if (die == kErrorMarker) return false;
   rolls.push_back(value);
   return true;
 }
@@ -188,11 +189,11 @@ void RollWild(FunctionCall& call, WildRule rule, const char* traceName) {
   std::string dice;
   if (!PrepareWildDice(call, dice)) return;
   std::string rolled, shown;
-  if (!RollTerms(dice, rule, rolled, shown)) rolled = shown = "<error>";
+  if (!RollTerms(dice, rule, rolled, shown)) rolled = shown = std::string(kErrorMarker);
   // The dice written out are a per-die text: positions in it are 16-bit.
   Int16(Len(shown));
   double total = Calc(rolled, call.details);
-  if (settings.LongResults) call.details += kCrLf;
+  if (engineSettings.LongResults) call.details += kCrLf;
   call.BeginTrace(std::string(traceName) + dice + ")=(" + shown + ")=" + FormatNumber(total) +
                   kCrLf);
   call.Finish(FormatNumber(total));

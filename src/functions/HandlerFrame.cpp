@@ -7,12 +7,12 @@
 #include "calc/RuntimeError.h"
 #include "calc/modGRCalcs.h"
 #include "functions/modScriptFunctions.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 
 namespace gandrel {
 
 void FunctionCall::Fail(const std::string& message) {
-  line = kScriptError;
+  line = kScriptErrorMarker;
   details = message;
 }
 
@@ -40,8 +40,8 @@ void HandleCall(std::string_view name, std::string& line, std::string& details,
     ProcFunc(call.args, details, store);
     // The nested call has said what went wrong; a comma or dice check on its
     // marker would only hide that.
-    if (call.args == kScriptError) {
-      line = kScriptError;
+    if (call.args == kScriptErrorMarker) {
+      line = kScriptErrorMarker;
       return;
     }
     body(call);

@@ -12,11 +12,11 @@
 #include <string_view>
 #include <vector>
 
-#include "script/VarStore.h"
+#include "calc/Markers.h"
+#include "calc/VarStore.h"
 
 namespace gandrel {
 
-inline constexpr const char* kScriptError = "<script error>";
 inline constexpr const char* kCrLf = "\r\n";
 
 // One call being handled: the line and details of ProcFunc, and the line cut
@@ -77,13 +77,5 @@ struct BoundedArgs {
 // bits ("Overflow" when it does not fit). False when the comma check failed
 // the call.
 bool ReadBoundedArgs(FunctionCall& call, int count, bool whole, BoundedArgs& args);
-
-// The row of a table of handlers (rows with a name) that handles the call.
-template <class Row, size_t N>
-const Row& RowOf(const Row (&table)[N], const FunctionCall& call) {
-  for (const Row& row : table)
-    if (row.name == call.name) return row;
-  return table[0];
-}
 
 }  // namespace gandrel

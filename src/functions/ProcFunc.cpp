@@ -44,7 +44,7 @@ const FunctionEntry* FindFunction(std::string_view name) {
 
 void FailLine(std::string& line, std::string& details, const char* message) {
   details = std::string(message) + kCrLf + line;
-  line = kScriptError;
+  line = kScriptErrorMarker;
 }
 
 }  // namespace
@@ -64,7 +64,7 @@ void ProcFunc(std::string& line, std::string& details, const VarStore& store) {
     const FunctionEntry* entry = FindFunction(name);
     if (!entry) return FailLine(line, details, "Error: function not found in line:");
     entry->handler(line, details, store);
-    if (line == kScriptError) return;
+    if (line == kScriptErrorMarker) return;
     // A list item can bring back the call that it replaced; only the user's
     // break ends such a line.
     YieldCheckBreak();

@@ -16,14 +16,14 @@
 // The one exception that passes through is BreakSignal: a roll that never
 // ends (@wild of 1d1) stops when the user breaks, and the caller ends the run.
 //
-// The trace lines start with runFlags.LogPrefix; settings.LongResults decides
+// The trace lines start with runFlags.LogPrefix; engineSettings.LongResults decides
 // whether the rolls add their detail lines.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "script/VarStore.h"
+#include "calc/VarStore.h"
 
 namespace gandrel {
 

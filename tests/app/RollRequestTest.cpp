@@ -4,7 +4,7 @@
 #include "app/Settings.h"
 #include "calc/Pump.h"
 #include "dice/Random.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 
 namespace gandrel::testing {
 namespace {

@@ -48,8 +48,9 @@ TEST_F(SettingsTest, FirstStartAndRoundTrip) {
   EXPECT_EQ(ReadFile("gandrel.ini"), kNewIni);
   AppSettings& s = settings;
   // clang-format off
-  s = {"d10", false, false, true, 7, true, 9, true, true, {-5, 6, 1000, 900, 2, 444},
+  s = {false, true, 7, true, true, true, {-5, 6, 1000, 900, 2, 444},
        {{"DejaVu Sans", 10.5f, true, true}, {"Mono", 8.3f, false, true}, {"Serif", 12, 0, 0}}};
+  engineSettings = {"d10", false, 9};
   // clang-format on
   ASSERT_TRUE(SaveSettings());
   std::string saved = ReadFile("gandrel.ini");
@@ -86,7 +87,7 @@ TEST_F(SettingsTest, OddValues) {
   EXPECT_EQ(settings.Fonts[0].Size, 0.0f);
   EXPECT_GT(settings.Fonts[1].Size, 1e38f);
   EXPECT_EQ(settings.KeepNum, 0);
-  EXPECT_EQ(settings.MarginIncrement, 32767);
+  EXPECT_EQ(engineSettings.MarginIncrement, 32767);
   EXPECT_TRUE(ui.messages.empty());
 }
 
@@ -97,7 +98,7 @@ TEST_F(SettingsTest, StartUpReadsDatThenDefThenIni) {
             "a\r\nb\r\nc\r\n");
   WriteFile("gandrel.ini", "[Settings]\nKeepNum=2\n");
   StartUp();
-  EXPECT_EQ(settings.DieType, "10");
+  EXPECT_EQ(engineSettings.DieType, "10");
   EXPECT_EQ(AlwaysAddItems, OneBased("4df 4df 3d6+2 DIE=10 a b c"));
   EXPECT_EQ(DieHistory, AlwaysAddItems);
   EXPECT_EQ(view.list, (Items{"4df", "4df", "4df", "4df", "3d6+2", "DIE=10", "a", "b", "c"}));
@@ -106,7 +107,7 @@ TEST_F(SettingsTest, StartUpReadsDatThenDefThenIni) {
   EXPECT_EQ(ListDieTypeEntries(), Items{"dfate = -2 to 1"});
   WriteFile("gandrel.ini", "[Settings]\nDieType=d8\n");  // the settings file has the last word
   StartUp();
-  EXPECT_EQ(settings.DieType, "d8");
+  EXPECT_EQ(engineSettings.DieType, "d8");
 }
 
 TEST_F(SettingsTest, DefinitionsReadAndWritten) {

@@ -64,7 +64,7 @@ class EvaluateTest : public testing::EngineTest {
 
 TEST_F(EvaluateTest, SignsFoldAndPlusIsNeverPartOfAnOperand) {
   const ValueCase cases[] = {{"+5", 5},     {"--5", 5},   {"5--3", 8}, {"5-+3", 2},
-                             {"5----3", 8}, {"-(-2)", 2}, {"2*+3", 3}};
+                             {"5----3", 8}, {"-(-2)", 2}, {"2*+3", 3}, {"-12*-3-4", 32}, {"2-3^2", -7}, {"x-1.5E2*.5D1y", 0}};
   ExpectValues(cases);
 }
 
@@ -136,26 +136,6 @@ TEST_F(EvaluateTest, RunTimeErrorsShowAMessageAndFail) {
   ExpectFailure("5MOD0.5", ErrorText("Division by zero"));
   ExpectFailure("(-8)^(1/3)", ErrorText("Invalid procedure call or argument"));
   ExpectFailure(Nested(200), ErrorText("Out of stack space"));
-}
-
-TEST_F(EvaluateTest, SplitsPeelsNumbersOffBothSides) {
-  const struct {
-    int op;
-    const char *left, *right;
-    double leftArg, rightArg;
-    const char *leftRest, *rightRest;
-  } cases[] = {{2, "-12", "-3-4", -12, -3, "", "-4"},
-               {1, "5", "-3", 5, 0, "", "-3"},
-               {2, "1E-3", "2", 3, 2, "1E-", ""},
-               {2, "x-1.5E2", ".5D1y", 150, 5, "x-", "y"},
-               {2, "-", "e", 0, 0, "", "e"}};
-  for (const auto& c : cases) {
-    std::string left = c.left, right = c.right;
-    double leftArg = -99, rightArg = -99;
-    Splits(c.op, left, right, leftArg, rightArg);
-    EXPECT_EQ(std::pair(leftArg, rightArg), std::pair(c.leftArg, c.rightArg)) << c.left << c.right;
-    EXPECT_EQ(left + "|" + right, std::string(c.leftRest) + "|" + c.rightRest);
-  }
 }
 
 TEST_F(EvaluateTest, FindCloseParen) {

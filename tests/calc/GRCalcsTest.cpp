@@ -7,7 +7,7 @@
 #include "calc/Pump.h"
 #include "calc/RuntimeError.h"
 #include "calc/modGRCalcs.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 #include "support/EngineFixture.h"
 
 namespace gandrel {

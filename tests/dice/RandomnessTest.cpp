@@ -5,7 +5,7 @@
 #include <set>
 #include <string>
 
-#include "app/Settings.h"
+#include "calc/EngineSettings.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
 #include "support/EngineFixture.h"
@@ -65,7 +65,7 @@ TEST_F(Randomness, TotalsFitTheirDistribution) {
                {"define dneg = 2 to -3", "dneg", Uniform(-3, 2), 20.515},
                {"", "d6.5", d65, 22.458}};
   const double n = 40000;
-  settings.LongResults = false;  // the path that keeps no list of dice
+  engineSettings.LongResults = false;  // the path that keeps no list of dice
   for (const auto& c : cases) {
     std::string define = c.define;
     ParseDefine(define);

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/Settings.h"
+#include "calc/EngineSettings.h"
 #include "calc/NumberText.h"
 #include "calc/Pump.h"
 #include "calc/RuntimeError.h"
@@ -12,7 +12,7 @@
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
 #include "dice/modPARSER.h"
-#include "script/RunFlags.h"
+#include "calc/RunFlags.h"
 #include "support/EngineFixture.h"
 
 namespace gandrel {
@@ -30,11 +30,11 @@ double F(double face, double faces) {
 // Both tables in lookup order: "name:lo..hi" for ranges, "name=items" for lists.
 std::string Tables() {
   std::string out;
-  for (size_t i = 1; i < Define.size(); ++i)
-    out += Define[i].Name + ":" + std::to_string(Define[i].Lo) + ".." +
-           std::to_string(Define[i].Hi) + " ";
-  for (size_t i = 1; i < DefSeq.size(); ++i)
-    out += DefSeq[i].Name + "=" + DefSeq[i].Dice + " ";
+  for (size_t i = 1; i < dieTypes.Define.size(); ++i)
+    out += dieTypes.Define[i].Name + ":" + std::to_string(dieTypes.Define[i].Lo) + ".." +
+           std::to_string(dieTypes.Define[i].Hi) + " ";
+  for (size_t i = 1; i < dieTypes.DefSeq.size(); ++i)
+    out += dieTypes.DefSeq[i].Name + "=" + dieTypes.DefSeq[i].Dice + " ";
   return out;
 }
 
@@ -89,7 +89,7 @@ TEST_F(Roll, ExpandDiceGivesBareDiceTheDefaultDie) {
   for (auto& c : cases) {
     ClearDieTypes();
     if (!c.define.empty()) ParseDefine(c.define);
-    settings.DieType = c.dieType;
+    engineSettings.DieType = c.dieType;
     std::string expr = c.in;
     ExpandDice(expr);
     EXPECT_EQ(expr, c.out) << c.in << " with " << c.dieType;
@@ -229,12 +229,12 @@ TEST_F(Roll, FailuresShowTheirMessageAndMarkTheTerm) {
 
 // LongGenDice rolls the first term only and leaves the text as it is.
 TEST_F(Roll, TheScriptFunctionsGetTheDiceWhateverTheSetting) {
-  settings.LongResults = false;
+  engineSettings.LongResults = false;
   ScriptRandom({F(5, 6), F(2, 6), F(5, 6), F(2, 6)});
   std::string die = "2d6", dice, details;
   EXPECT_EQ(LongGetDieResults(die, dice, details), 7);
   EXPECT_EQ(dice + details, "+5+2");
-  settings.LongResults = true;
+  engineSettings.LongResults = true;
   details = "old";
   LongGenDice("1+2d6*3d4", dice, details);
   EXPECT_EQ(dice, "+5+2");
@@ -253,10 +253,17 @@ TEST_F(Roll, ParseListKeepsEveryToken) {
   std::vector<std::string> items;
   int16_t count = 0;
   for (const auto& c : cases) {
-    ParseList(c.text, c.delimiter, count, items);
+    TokenList split = ParseList(c.text, c.delimiter, count, items);
     EXPECT_EQ(items, c.items) << c.text;
-    EXPECT_EQ(GetListItem(count) + GetListItem(count + 1), c.items.back());
+    EXPECT_EQ(GetListItem(split, count) + GetListItem(split, count + 1), c.items.back());
   }
+  // A split held by its caller keeps its pieces while a list die is rolled.
+  TokenList held = ParseList("x,y", ",", count, items);
+  std::string statement = "define dl = 7,8,9", roll = "4dl", dropped;
+  ParseDefine(statement);
+  Calc(roll, dropped);
+  EXPECT_EQ(GetListCount(held), 2);
+  EXPECT_EQ(GetListItem(held, 2), "y");
   EXPECT_THROW(ParseList(std::string(40000, ','), ",", count, items), RuntimeError);
 }
 

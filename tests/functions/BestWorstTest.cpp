@@ -11,7 +11,7 @@ namespace {
 using BestWorstTest = EngineTest;
 
 TEST_F(BestWorstTest, KeptTermsAndTheirOrder) {
-  settings.LongResults = false;
+  engineSettings.LongResults = false;
   ExpectLines(
       {
           {"@best(3, 4d6)", Dice({2, 6, 1, 5}), "+6+5+2", "Best(3,+2+6+1+5)=(+6+5+2)\r\n"},

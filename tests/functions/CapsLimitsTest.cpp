@@ -6,7 +6,7 @@ namespace {
 using CapsLimitsTest = EngineTest;
 
 TEST_F(CapsLimitsTest, CapsBoundEveryTermAndLimitsTheTotal) {
-  settings.LongResults = false;
+  engineSettings.LongResults = false;
   ExpectLines({
       // Constants and subtracted terms are capped like dice.
       {"@cap(2, 5, 3d6+9-2)", Dice({1, 6, 4}), "+2+5+4+5+2",

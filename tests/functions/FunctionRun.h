@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "app/Settings.h"
+#include "calc/EngineSettings.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
 #include "functions/modScriptFunctions.h"
-#include "script/VarStore.h"
+#include "calc/VarStore.h"
 #include "support/EngineFixture.h"
 
 namespace gandrel::testing {

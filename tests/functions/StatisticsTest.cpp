@@ -73,7 +73,7 @@ double Exploding(Roll d) {
 }
 
 TEST_F(Statistics, RollsFollowTheirExactDistributions) {
-  settings.LongResults = false;
+  engineSettings.LongResults = false;
   SeedRandom(20240611);
   auto bestThree = [](Roll d) {
     return d[0] + d[1] + d[2] + d[3] - std::min({d[0], d[1], d[2], d[3]});

@@ -6,7 +6,7 @@ namespace {
 using WildTest = EngineTest;
 
 TEST_F(WildTest, RollsGoOnWhileTheyShowTheHighest) {
-  settings.LongResults = false;
+  engineSettings.LongResults = false;
   DefineRange("-1 to 1", "dfate");
   DefineRange("-2000000000 to 2000000000", "dhuge");
   ExpectLines({

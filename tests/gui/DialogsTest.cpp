@@ -26,7 +26,7 @@ TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
     dialog.txtDieType->setText(c.dieType);
     Type(dialog.lstAlwaysAdd, "4d6");
     QTest::mouseClick(c.okay ? dialog.cmdOkay : dialog.cmdCancel, Qt::LeftButton);
-    EXPECT_EQ(settings.DieType, c.saved ? "8" : "6");
+    EXPECT_EQ(engineSettings.DieType, c.saved ? "8" : "6");
     EXPECT_EQ(AlwaysAddItems.size(), c.saved ? 2u : 1u);  // counted from 1
     EXPECT_EQ(FileExists("gandrel.ini"), c.saved);
   }

@@ -190,7 +190,7 @@ TEST_F(WindowTest, OneRollAtATimeStoppedByEscapeOrClosing) {
 // folder brings it back.
 TEST_F(WindowTest, SettingsAndDieTypesSurviveARestart) {
   frmMain& w = StartWindow();
-  settings.DieType = "10";
+  engineSettings.DieType = "10";
   settings.OnTop = true;
   settings.Fonts[kResultsFont] = FontSetting{"No Such Font Family", 15.5f, true, false};
   ApplyAlwaysAddItems({"2d8", "1d1+1"});
@@ -201,7 +201,7 @@ TEST_F(WindowTest, SettingsAndDieTypesSurviveARestart) {
   ResetSettings();
   ClearDieTypes();
   frmMain& again = StartWindow();
-  EXPECT_EQ(settings.DieType, "10");
+  EXPECT_EQ(engineSettings.DieType, "10");
   EXPECT_EQ(AlwaysAddItems, (std::vector<std::string>{"", "2d8", "1d1+1"}));  // counted from 1
   EXPECT_EQ(again.comboDieValue->currentText(), "2d8");  // the first entry, rolled
   EXPECT_TRUE(again.chkResults->isChecked());

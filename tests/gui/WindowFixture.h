@@ -16,8 +16,9 @@
 #include "app/frmMain.h"
 #include "app/modGandrel.h"
 #include "calc/Pump.h"
+#include "calc/RunFlags.h"
 #include "dice/modDiceCalc.h"
-#include "script/RunFlags.h"
+#include "script/EngineState.h"
 
 namespace gandrel::testing {
 
@@ -38,10 +39,8 @@ class WindowTest : public ::testing::Test {
   void SetUp() override {
     ASSERT_TRUE(folder.isValid());
     SetAppDirectory(folder.path().toStdString());
+    ResetEngineState();
     ResetSettings();
-    ClearDieTypes();
-    runFlags = RunFlags{};
-    SetPumpEveryCall(false);
   }
 
   // A new main window, started as the program starts it.

@@ -1,4 +1,6 @@
-// The run flags that the script executor shares with the windows and the dice.
+// The run flags that the script executor shares with the windows and the
+// engine's loops: the break switch that every yield tests, the pause, the
+// log switch and indent, and what the script windows hand back.
 #pragma once
 
 #include <cstdint>
@@ -23,5 +25,8 @@ struct RunFlags {
 };
 
 extern RunFlags runFlags;
+
+// Every flag back to its state before any roll or run.
+void ResetRunFlags();
 
 }  // namespace gandrel

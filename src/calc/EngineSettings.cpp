@@ -1,0 +1,11 @@
+#include "calc/EngineSettings.h"
+
+namespace gandrel {
+
+EngineSettings engineSettings;
+
+void ResetEngineSettings() {
+  engineSettings = EngineSettings{};
+}
+
+}  // namespace gandrel

@@ -1,0 +1,11 @@
+#include "calc/RunFlags.h"
+
+namespace gandrel {
+
+RunFlags runFlags;
+
+void ResetRunFlags() {
+  runFlags = RunFlags{};
+}
+
+}  // namespace gandrel

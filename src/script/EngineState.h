@@ -1,0 +1,26 @@
+// The engine's process-wide state, gathered: where each piece lives and the
+// one call that puts all of it back as the program starts.
+//
+//   calc/RunFlags.h        runFlags: break, pause, log switch and indent,
+//                          the values the script windows hand back
+//   calc/EngineSettings.h  engineSettings: DieType, LongResults, MarginIncrement
+//   calc/Pump.h            the yield's stride and clock
+//   calc/modEvaluate.h     the evaluator's nesting depth
+//   calc/UserInterface.h   the interface in force
+//   dice/modDiceCalc.h     dieTypes: the range and list die types
+//   dice/Random.h          the random generator
+//   script/ScriptWindows.h the script windows in force
+//
+// Everything that belongs to one script run lives in that run's own state
+// and is gone when the run ends.
+#pragma once
+
+namespace gandrel {
+
+// Run flags, engine settings, pump, evaluator, die types and the random
+// generator's test hooks back to their start; the random state itself is
+// kept (a test seeds it). The installed interfaces are left alone: whoever
+// installed them removes them.
+void ResetEngineState();
+
+}  // namespace gandrel

@@ -1,7 +1,0 @@
-#include "script/RunFlags.h"
-
-namespace gandrel {
-
-RunFlags runFlags;
-
-}  // namespace gandrel
