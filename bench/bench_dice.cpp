@@ -10,7 +10,7 @@
 namespace {
 
 using gandrel::Calc;
-using gandrel::settings;
+using gandrel::engineSettings;
 
 void RollMany(benchmark::State& state, const char* expression, double dice, bool longResults) {
   engineSettings.LongResults = longResults;

@@ -6,13 +6,13 @@
 #include <string>
 
 #include "calc/EngineSettings.h"
-#include "functions/modScriptFunctions.h"
 #include "calc/VarStore.h"
+#include "functions/modScriptFunctions.h"
 
 namespace {
 
 using gandrel::ProcFunc;
-using gandrel::settings;
+using gandrel::engineSettings;
 using gandrel::VarStore;
 
 void RunCall(benchmark::State& state, const char* call, bool longResults) {

@@ -11,14 +11,14 @@
 #include <cstdlib>
 #include <string>
 
-#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
+#include "calc/EngineSettings.h"
 #include "calc/NumberText.h"
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
-#include "calc/RunFlags.h"
 
 namespace {
 

@@ -12,10 +12,10 @@
 #include "calc/Basic.h"
 #include "calc/NumberText.h"
 #include "calc/Pump.h"
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "calc/modGRCalcs.h"
-#include "calc/RunFlags.h"
 
 namespace {
 

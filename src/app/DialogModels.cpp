@@ -17,8 +17,8 @@ namespace gandrel {
 std::vector<std::string> ListDieTypeEntries() {
   std::vector<std::string> entries;
   for (size_t i = 1; i < dieTypes.Define.size(); ++i)
-    entries.push_back(dieTypes.Define[i].Name + " = " + std::to_string(dieTypes.Define[i].Lo) + " to " +
-                      std::to_string(dieTypes.Define[i].Hi));
+    entries.push_back(dieTypes.Define[i].Name + " = " + std::to_string(dieTypes.Define[i].Lo) +
+                      " to " + std::to_string(dieTypes.Define[i].Hi));
   for (size_t i = 1; i < dieTypes.DefSeq.size(); ++i)
     entries.push_back(dieTypes.DefSeq[i].Name + " = " + dieTypes.DefSeq[i].Dice);
   return entries;

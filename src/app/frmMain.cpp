@@ -29,9 +29,9 @@
 #include "app/frmDefine.h"
 #include "app/frmPrefs.h"
 #include "calc/Basic.h"
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
-#include "calc/RunFlags.h"
 
 namespace gandrel {
 

@@ -8,10 +8,10 @@
 #include "app/Settings.h"
 #include "calc/Basic.h"
 #include "calc/NumberText.h"
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "dice/modDiceCalc.h"
-#include "calc/RunFlags.h"
 
 namespace gandrel {
 

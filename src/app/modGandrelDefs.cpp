@@ -88,8 +88,8 @@ std::string DefinitionsText() {
   const char* crlf = "\r\n";
   std::string text = std::string(kCommentLine1) + crlf + kCommentLine2 + crlf;
   for (size_t i = 1; i < dieTypes.Define.size(); ++i)
-    text += "define " + dieTypes.Define[i].Name + " = " + std::to_string(dieTypes.Define[i].Lo) + " to " +
-            std::to_string(dieTypes.Define[i].Hi) + crlf;
+    text += "define " + dieTypes.Define[i].Name + " = " + std::to_string(dieTypes.Define[i].Lo) +
+            " to " + std::to_string(dieTypes.Define[i].Hi) + crlf;
   for (size_t i = 1; i < dieTypes.DefSeq.size(); ++i)
     text += "define " + dieTypes.DefSeq[i].Name + " = " + dieTypes.DefSeq[i].Dice + crlf;
   for (size_t i = 1; i < AlwaysAddItems.size(); ++i)

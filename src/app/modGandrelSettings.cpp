@@ -10,11 +10,11 @@
 #include "app/modINI.h"
 #include "calc/Basic.h"
 #include "calc/NumberText.h"
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
-#include "calc/RunFlags.h"
 
 namespace gandrel {
 

@@ -3,9 +3,9 @@
 #include <chrono>
 #include <cstdint>
 
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
-#include "calc/RunFlags.h"
 
 namespace gandrel {
 

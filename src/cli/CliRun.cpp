@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "app/modGandrel.h"
+#include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
 #include "cli/CliJson.h"
 #include "dice/Random.h"
-#include "calc/RunFlags.h"
 
 namespace gandrel::cli {
 

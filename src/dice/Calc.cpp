@@ -3,9 +3,9 @@
 #include <string_view>
 #include <vector>
 
-#include "calc/Markers.h"
-#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
+#include "calc/EngineSettings.h"
+#include "calc/Markers.h"
 #include "calc/modEvaluate.h"
 #include "dice/DiceText.h"
 #include "dice/DieLookup.h"

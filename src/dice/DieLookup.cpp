@@ -51,8 +51,10 @@ long DigitRunEnd(std::string_view text, long p) {
 void FindRolledTerm(std::string_view lower, long p, long& start, long& end) {
   start = DigitRunStart(lower, p);
   end = DigitRunEnd(lower, p);
-  if (long r = FindRangeAt(lower, p)) end = p + Len(dieTypes.Define[static_cast<size_t>(r)].Name) - 1;
-  if (long s = FindListAt(lower, p)) end = p + Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name) - 1;
+  if (long r = FindRangeAt(lower, p))
+    end = p + Len(dieTypes.Define[static_cast<size_t>(r)].Name) - 1;
+  if (long s = FindListAt(lower, p))
+    end = p + Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name) - 1;
 }
 
 void CheckTextLength(std::string_view text) {

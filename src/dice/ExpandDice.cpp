@@ -2,8 +2,8 @@
 #include <string>
 #include <string_view>
 
-#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
+#include "calc/EngineSettings.h"
 #include "calc/Pump.h"
 #include "dice/DieLookup.h"
 #include "dice/QuoteCut.h"

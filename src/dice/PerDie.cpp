@@ -2,8 +2,8 @@
 // ReplaceDice and GetDieType.
 #include <string>
 
-#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
+#include "calc/EngineSettings.h"
 #include "calc/RuntimeError.h"
 #include "dice/DieLookup.h"
 #include "dice/modDiceCalc.h"

@@ -121,7 +121,8 @@ void FuncWorst(std::string& line, std::string& details, const VarStore& store) {
 }
 
 void FuncBestList(std::string& line, std::string& details, const VarStore& store) {
-  HandleCall("@bestlist", line, details, store, [](FunctionCall& call) { KeepTerms(call, kBestList); });
+  HandleCall("@bestlist", line, details, store,
+             [](FunctionCall& call) { KeepTerms(call, kBestList); });
 }
 
 }  // namespace gandrel

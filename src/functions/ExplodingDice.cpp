@@ -15,9 +15,9 @@
 #include <string>
 #include <vector>
 
-#include "calc/Markers.h"
-#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
+#include "calc/EngineSettings.h"
+#include "calc/Markers.h"
 #include "calc/NumberText.h"
 #include "calc/Pump.h"
 #include "dice/modDiceCalc.h"

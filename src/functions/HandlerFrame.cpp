@@ -4,10 +4,10 @@
 
 #include "calc/Basic.h"
 #include "calc/NumberText.h"
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "calc/modGRCalcs.h"
 #include "functions/modScriptFunctions.h"
-#include "calc/RunFlags.h"
 
 namespace gandrel {
 

@@ -29,8 +29,7 @@ class DefaultAnswers final : public ScriptWindows {
     runFlags.Paused = false;
     runFlags.PauseEnded = true;
   }
-  std::unique_ptr<OutputWindow> OpenOutputWindow(const std::string&,
-                                                 const std::string&) override {
+  std::unique_ptr<OutputWindow> OpenOutputWindow(const std::string&, const std::string&) override {
     return std::make_unique<DiscardingWindow>();
   }
   void Display(const std::string&, const std::string&) override {}

@@ -3,8 +3,8 @@
 #include "ShellFixture.h"
 #include "app/Settings.h"
 #include "calc/Pump.h"
-#include "dice/Random.h"
 #include "calc/RunFlags.h"
+#include "dice/Random.h"
 
 namespace gandrel::testing {
 namespace {

@@ -63,8 +63,9 @@ class EvaluateTest : public testing::EngineTest {
 };
 
 TEST_F(EvaluateTest, SignsFoldAndPlusIsNeverPartOfAnOperand) {
-  const ValueCase cases[] = {{"+5", 5},     {"--5", 5},   {"5--3", 8}, {"5-+3", 2},
-                             {"5----3", 8}, {"-(-2)", 2}, {"2*+3", 3}, {"-12*-3-4", 32}, {"2-3^2", -7}, {"x-1.5E2*.5D1y", 0}};
+  const ValueCase cases[] = {{"+5", 5},     {"--5", 5},          {"5--3", 8}, {"5-+3", 2},
+                             {"5----3", 8}, {"-(-2)", 2},        {"2*+3", 3}, {"-12*-3-4", 32},
+                             {"2-3^2", -7}, {"x-1.5E2*.5D1y", 0}};
   ExpectValues(cases);
 }
 

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "calc/Pump.h"
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "calc/modGRCalcs.h"
-#include "calc/RunFlags.h"
 #include "support/EngineFixture.h"
 
 namespace gandrel {

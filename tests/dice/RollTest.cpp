@@ -7,12 +7,12 @@
 #include "calc/EngineSettings.h"
 #include "calc/NumberText.h"
 #include "calc/Pump.h"
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "dice/DiceText.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
 #include "dice/modPARSER.h"
-#include "calc/RunFlags.h"
 #include "support/EngineFixture.h"
 
 namespace gandrel {

@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "calc/EngineSettings.h"
+#include "calc/VarStore.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
 #include "functions/modScriptFunctions.h"
-#include "calc/VarStore.h"
 #include "support/EngineFixture.h"
 
 namespace gandrel::testing {

@@ -1,7 +1,7 @@
 #include "calc/Pump.h"
+#include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
 #include "functions/FunctionRun.h"
-#include "calc/RunFlags.h"
 
 namespace gandrel::testing {
 namespace {
