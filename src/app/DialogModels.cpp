@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/Settings.h"
+#include "app/TextLists.h"
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
 #include "calc/RuntimeError.h"
@@ -85,12 +86,6 @@ void RebuildDieTypes(const std::vector<std::string>& entries) {
 
 // ---- Always-add items ------------------------------------------------------
 
-static bool ContainsIgnoringCase(const std::vector<std::string>& list, const std::string& value) {
-  std::string wanted = LCase(value);
-  return std::any_of(list.begin(), list.end(),
-                     [&](const std::string& item) { return LCase(item) == wanted; });
-}
-
 std::string CheckAlwaysAddItem(const std::string& item, const std::vector<std::string>& others) {
   std::string text = Trim(item);
   if (text.empty()) return "Please type a die value, such as 3d6+2.";
@@ -102,15 +97,6 @@ std::string CheckAlwaysAddItem(const std::string& item, const std::vector<std::s
            "as a die type.";
   if (ContainsIgnoringCase(others, text)) return "\"" + text + "\" is already in the list.";
   return "";
-}
-
-static void RebuildDieList() {
-  MainView& view = View();
-  std::string text = view.DieValueText();
-  view.ClearDieList();
-  for (size_t i = 1; i < DieHistory.size(); ++i)
-    view.AddDieListItem(DieHistory[i]);
-  view.SetDieValueText(text);
 }
 
 void ApplyAlwaysAddItems(const std::vector<std::string>& items) {
@@ -145,7 +131,7 @@ void ApplyAlwaysAddItems(const std::vector<std::string>& items) {
     DieHistory.insert(DieHistory.end(), items.begin(), items.end());
     DieHistory.insert(DieHistory.end(), ordinary.begin(), ordinary.end());
   }
-  RebuildDieList();
+  View().ShowDieList(DieListEntries(), View().DieValueText());
 }
 
 // ---- The each-result text --------------------------------------------------
@@ -217,61 +203,6 @@ std::string BreakLongLines(const std::string& text, std::size_t width) {
     lineStart = lineEnd + 1;
   }
   return broken;
-}
-
-// ---- Script files ----------------------------------------------------------
-
-std::vector<std::string> SplitScriptLines(const std::string& editorText) {
-  std::vector<std::string> lines;
-  size_t start = 0;
-  for (size_t end = editorText.find("\r\n"); end != std::string::npos;
-       end = editorText.find("\r\n", start)) {
-    lines.push_back(RTrim(std::string_view(editorText).substr(start, end - start)));
-    start = end + 2;
-  }
-  std::string rest = RTrim(std::string_view(editorText).substr(start));
-  if (!rest.empty()) lines.push_back(rest);
-  lines.emplace_back();
-  return lines;
-}
-
-std::string ScriptFileContents(const std::vector<std::string>& lines) {
-  std::string contents;
-  for (size_t i = 0; i < lines.size(); ++i) {
-    std::string line = lines[i];
-    if (i + 1 == lines.size()) {
-      std::replace(line.begin(), line.end(), '\r', ' ');
-      std::replace(line.begin(), line.end(), '\n', ' ');
-      line = Trim(line);
-    }
-    contents += line + "\r\n";
-  }
-  return contents;
-}
-
-std::string JoinScriptLines(const std::vector<std::string>& lines) {
-  std::string text;
-  for (size_t i = 0; i < lines.size(); ++i) {
-    if (i > 0) text += "\r\n";
-    text += lines[i];
-  }
-  return text;
-}
-
-std::string ScriptNameFor(const std::string& path, const std::string& currentDir) {
-  std::string name = Trim(path);
-  size_t slash = name.rfind('/');
-  if (slash == std::string::npos) return name;
-  std::string folder = name.substr(0, slash);
-  std::string current = currentDir;
-  while (current.size() > 1 && current.back() == '/')
-    current.pop_back();
-  if (folder == current || (folder.empty() && current == "/")) return name.substr(slash + 1);
-  return name;
-}
-
-std::string WithScriptExtension(const std::string& name) {
-  return name.find('.') == std::string::npos ? name + ".DIE" : name;
 }
 
 }  // namespace gandrel

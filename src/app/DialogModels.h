@@ -3,8 +3,8 @@
 // The Define Die Types dialog shows the die types as entries such as
 // "dfate = -1 to 1" and "dfib = 1,1,2,3,5" and rebuilds both tables from
 // them; the Preferences dialog edits the always-add items; the main window
-// limits the each-result text it shows, and keeps its script editor in
-// script files. The widgets call these and only show the outcome.
+// limits the each-result text it shows. The widgets call these and only show
+// the outcome.
 #pragma once
 
 #include <cstddef>
@@ -62,25 +62,5 @@ std::string BreakLongLines(const std::string& text, std::size_t width = kShownLi
 
 // 12345678 as "12,345,678".
 std::string GroupDigits(std::size_t number);
-
-// ---- Script files ----------------------------------------------------------
-
-// The editor text as script lines: split at CR LF, trailing blanks removed,
-// a blank rest after the last CR LF left out, and one empty line always last.
-std::vector<std::string> SplitScriptLines(const std::string& editorText);
-
-// The contents of a script file for those lines: each followed by CR LF, the
-// last with its CR and LF made blanks and trimmed.
-std::string ScriptFileContents(const std::vector<std::string>& lines);
-
-// Lines joined by CR LF, with none after the last.
-std::string JoinScriptLines(const std::vector<std::string>& lines);
-
-// The name a chosen script file is known by: its bare name when it lies in
-// currentDir, else the path as it stands; trimmed.
-std::string ScriptNameFor(const std::string& path, const std::string& currentDir);
-
-// name with ".DIE" appended when it holds no "." at all.
-std::string WithScriptExtension(const std::string& name);
 
 }  // namespace gandrel

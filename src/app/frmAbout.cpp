@@ -36,9 +36,9 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
   lblLicence = PlainLabel(tr("Copyright (c) 2026 The Gandrel developers.\n"
                              "Free software under the MIT License."),
                           this);
-  cmdOkay = new QPushButton(tr("&Okay"), this);
-  cmdOkay->setDefault(true);
-  connect(cmdOkay, &QPushButton::clicked, this, &QDialog::accept);
+  btnOkay = new QPushButton(tr("&Okay"), this);
+  btnOkay->setDefault(true);
+  connect(btnOkay, &QPushButton::clicked, this, &QDialog::accept);
 
   auto* texts = new QVBoxLayout;
   texts->addWidget(lblName);
@@ -53,7 +53,7 @@ frmAbout::frmAbout(QWidget* parent) : QDialog(parent) {
   top->addLayout(texts, 1);
   auto* bottom = new QHBoxLayout;
   bottom->addStretch();
-  bottom->addWidget(cmdOkay);
+  bottom->addWidget(btnOkay);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(top);
   layout->addStretch();

@@ -18,7 +18,7 @@ class frmAbout : public QDialog {
   QLabel* lblVersion;
   QLabel* lblWhat;
   QLabel* lblLicence;
-  QPushButton* cmdOkay;
+  QPushButton* btnOkay;
 };
 
 }  // namespace gandrel

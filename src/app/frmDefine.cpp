@@ -27,20 +27,20 @@ frmDefine::frmDefine(QWidget* parent) : QDialog(parent) {
   lstTypes = new QtEntryList(false, CheckDieTypeEntry, this);
   lstTypes->SetEntries(ListDieTypeEntries());
 
-  cmdOkay = new QPushButton(tr("&Okay"), this);
-  cmdOkay->setAutoDefault(false);
-  cmdCancel = new QPushButton(tr("Cancel"), this);
-  cmdCancel->setAutoDefault(false);
-  connect(cmdOkay, &QPushButton::clicked, this, [this] {
+  btnOkay = new QPushButton(tr("&Okay"), this);
+  btnOkay->setAutoDefault(false);
+  btnCancel = new QPushButton(tr("Cancel"), this);
+  btnCancel->setAutoDefault(false);
+  connect(btnOkay, &QPushButton::clicked, this, [this] {
     Apply();
     accept();
   });
-  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+  connect(btnCancel, &QPushButton::clicked, this, &QDialog::reject);
 
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
-  buttons->addWidget(cmdOkay);
-  buttons->addWidget(cmdCancel);
+  buttons->addWidget(btnOkay);
+  buttons->addWidget(btnCancel);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(hint);
   layout->addWidget(lstTypes, 1);

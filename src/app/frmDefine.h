@@ -24,8 +24,8 @@ class frmDefine : public QDialog {
   void Apply();
 
   QtEntryList* lstTypes;
-  QPushButton* cmdOkay;
-  QPushButton* cmdCancel;
+  QPushButton* btnOkay;
+  QPushButton* btnCancel;
 
  signals:
   // The die types have been rebuilt; they are saved right after.

@@ -35,8 +35,7 @@
 
 namespace gandrel {
 
-static const char* const kCurrentScript = "<current script>";
-static const char* const kScriptFilter = "Script Files (*.DIE *.die);;All Files (*)";
+static const char* const kScriptFilter = "Script Files (*.DIE *.die *.Die);;All Files (*)";
 static const QColor kModifiedBackground(224, 224, 224);
 
 // The design size of the window, used when the stored one is unusable.
@@ -61,9 +60,8 @@ static QPushButton* MakeButton(const QString& caption, QWidget* parent, const ch
 frmMain::frmMain(QWidget* parent) : QWidget(parent) {
   BuildLayout();
   ConnectHandlers();
-  SetScriptCaption();
-  SetScriptModified(false);
   SetMainView(this);
+  ShowScriptState("Script", false);
 }
 
 // The children outlive this part of the window: while QWidget deletes them
@@ -190,12 +188,12 @@ void frmMain::ConnectHandlers() {
     txtEachResult->setVisible(on);
   });
 
-  connect(txtScript, &QPlainTextEdit::textChanged, this, [this] { SetScriptModified(true); });
+  connect(txtScript, &QPlainTextEdit::textChanged, this, [] { ScriptTextChanged(); });
   txtScript->installEventFilter(this);
   txtScript->viewport()->installEventFilter(this);
-  connect(btnNewScript, &QPushButton::clicked, this, &frmMain::NewScript);
-  connect(btnLoadScript, &QPushButton::clicked, this, &frmMain::LoadScriptFile);
-  connect(btnSaveScript, &QPushButton::clicked, this, [this] { SaveScriptAs(); });
+  connect(btnNewScript, &QPushButton::clicked, this, [this] { WhenIdle(NewScript); });
+  connect(btnLoadScript, &QPushButton::clicked, this, [this] { WhenIdle(LoadScriptFile); });
+  connect(btnSaveScript, &QPushButton::clicked, this, [this] { WhenIdle([] { SaveScriptAs(); }); });
 
   connect(btnPrefs, &QPushButton::clicked, this, &frmMain::ShowPrefs);
   connect(btnDefine, &QPushButton::clicked, this, &frmMain::ShowDefine);
@@ -339,9 +337,10 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     }
   } else if (watched == txtScript && event->type() == QEvent::FocusIn) {
     Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) ScriptFocused();
+    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+      ScriptEditorFocused();
   } else if (watched == txtScript->viewport() && event->type() == QEvent::MouseButtonPress) {
-    ScriptClicked();
+    ScriptEditorClicked();
   }
   return QWidget::eventFilter(watched, event);
 }
@@ -356,64 +355,70 @@ void frmMain::SetDieValueText(const std::string& text) {
   comboDieValue->setEditText(QString::fromStdString(text));
 }
 
-void frmMain::SelectAllDieValue() {
-  comboDieValue->lineEdit()->selectAll();
-}
-
-void frmMain::SetResultText(const std::string& text) {
-  lblResult->setText(QString::fromStdString(text));
-}
-
-void frmMain::SetEachResultText(const std::string& text) {
-  txtEachResult->setPlainText(ToEditorText(BreakLongLines(LimitShownText(text))));
-}
-
-void frmMain::SetClipboardText(const std::string& text) {
-  QGuiApplication::clipboard()->setText(QString::fromStdString(text));
-}
-
-// Rebuilding the list must neither run the pick handler nor change the text
-// in the box (adding to an empty list would put the entry there).
-void frmMain::ClearDieList() {
+// Rebuilding the list must neither run the pick handler nor leave an entry's
+// text in the box (adding to an empty list would put the entry there).
+void frmMain::ShowDieList(const std::vector<std::string>& entries, const std::string& text) {
   QSignalBlocker block(comboDieValue);
-  QString text = comboDieValue->currentText();
   comboDieValue->clear();
-  comboDieValue->setEditText(text);
+  for (const std::string& entry : entries)
+    comboDieValue->addItem(QString::fromStdString(entry));
+  comboDieValue->setEditText(QString::fromStdString(text));
 }
 
-void frmMain::AddDieListItem(const std::string& item) {
-  QSignalBlocker block(comboDieValue);
-  QString text = comboDieValue->currentText();
-  comboDieValue->addItem(QString::fromStdString(item));
-  if (comboDieValue->currentText() != text) comboDieValue->setEditText(text);
+void frmMain::ShowRoll(const RollOutcome& outcome) {
+  if (outcome.listChanged) {
+    ShowDieList(outcome.dieList, outcome.dieValueText);
+  } else {
+    SetDieValueText(outcome.dieValueText);
+  }
+  comboDieValue->lineEdit()->selectAll();
+  lblResult->setText(QString::fromStdString(outcome.result));
+  txtEachResult->setPlainText(ToEditorText(BreakLongLines(LimitShownText(outcome.eachResult))));
+  QGuiApplication::clipboard()->setText(QString::fromStdString(outcome.clipboard));
 }
 
 std::string frmMain::ScriptText() const {
   return txtScript->toPlainText().replace("\n", "\r\n").toStdString();
 }
 
+// The caret stays where it was, as near as the new text allows.
+void frmMain::SetScriptText(const std::string& text) {
+  int caret = txtScript->textCursor().position();
+  txtScript->setPlainText(ToEditorText(text));
+  QTextCursor cursor = txtScript->textCursor();
+  cursor.setPosition(std::min(caret, txtScript->document()->characterCount() - 1));
+  txtScript->setTextCursor(cursor);
+}
+
+void frmMain::ShowScriptState(const std::string& caption, bool modified) {
+  lblScript->setText(QString::fromStdString(caption));
+  QPalette palette = lblScript->palette();
+  palette.setColor(QPalette::Window,
+                   modified ? kModifiedBackground : QApplication::palette().color(QPalette::Base));
+  lblScript->setPalette(palette);
+}
+
+std::string frmMain::AskScriptFile(FileQuestion question, const std::string& title,
+                                   const std::string& initialPath) {
+  QString start = QString::fromStdString(initialPath);
+  QString chosen =
+      question == FileQuestion::Open
+          ? QFileDialog::getOpenFileName(this, QString::fromStdString(title), start, kScriptFilter)
+          // The shell asks before it replaces a file: the dialog must not ask too.
+          : QFileDialog::getSaveFileName(this, QString::fromStdString(title), start, kScriptFilter,
+                                         nullptr, QFileDialog::DontConfirmOverwrite);
+  return chosen.toStdString();
+}
+
 // ---- The die-value list ------------------------------------------------------
 
-// A picked entry never rolls. A die value that is no script file clears the
-// editor; a script file that exists is loaded into it.
 void frmMain::DieValuePicked(int index) {
-  std::string picked = Trim(comboDieValue->itemText(index).toStdString());
-  if (InStr(LCase(picked), ".die") == 0) {
-    txtScript->clear();
-    scriptFileName_.clear();
-    SetScriptCaption();
-    SetScriptModified(false);
-    return;
-  }
-  // File names keep their letter case: Linux file systems tell case apart.
-  if (FileIsMissing(picked)) return;
-  std::string previous = scriptFileName_;
-  scriptFileName_ = picked;
-  if (!LoadScriptText()) {
-    scriptFileName_ = previous;
-    return;
-  }
-  SetScriptModified(false);
+  if (rolling_) return;
+  PickDieValue(comboDieValue->itemText(index).toStdString());
+}
+
+void frmMain::WhenIdle(void (*operation)()) {
+  if (!rolling_) operation();
 }
 
 // ---- Dialogs -----------------------------------------------------------------
@@ -438,135 +443,6 @@ void frmMain::ShowDefine() {
 void frmMain::ShowAbout() {
   frmAbout dialog(this);
   dialog.exec();
-}
-
-// ---- The script editor -------------------------------------------------------
-
-void frmMain::SetScriptModified(bool modified) {
-  scriptModified_ = modified;
-  QPalette palette = lblScript->palette();
-  palette.setColor(QPalette::Window,
-                   modified ? kModifiedBackground : QApplication::palette().color(QPalette::Base));
-  lblScript->setPalette(palette);
-}
-
-void frmMain::SetScriptCaption() {
-  lblScript->setText(scriptFileName_.empty()
-                         ? QString("Script")
-                         : QString::fromStdString("Script -- " + scriptFileName_));
-}
-
-void frmMain::ScriptFocused() {
-  if (scriptFileName_.empty() && DieValueText() != kCurrentScript) SetDieValueText(kCurrentScript);
-}
-
-void frmMain::ScriptClicked() {
-  if (scriptFileName_.empty()) SetDieValueText(kCurrentScript);
-  if (!scriptFileName_.empty() &&
-      comboDieValue->findText(QString::fromStdString(scriptFileName_),
-                              Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0)
-    SetDieValueText(scriptFileName_);
-}
-
-static MsgAnswer AskToSave(const std::string& question) {
-  return UI().ShowMessage(question, MsgButtons::YesNoCancel, MsgIcon::Critical, kAppTitle);
-}
-
-void frmMain::NewScript() {
-  if (scriptModified_) {
-    MsgAnswer answer = AskToSave("Do you want to save the current script before clearing it?");
-    if (answer == MsgAnswer::Cancel) return;
-    // A save dialog cancelled after Yes still lets New go on.
-    if (answer == MsgAnswer::Yes) SaveScriptAs();
-  }
-  txtScript->clear();
-  scriptFileName_.clear();
-  SetScriptCaption();
-  SetScriptModified(false);
-}
-
-static QString DialogStart(const std::string& fileName) {
-  return QDir::current().filePath(QString::fromStdString(fileName));
-}
-
-void frmMain::LoadScriptFile() {
-  if (scriptModified_) {
-    MsgAnswer answer =
-        AskToSave("Do you want to save the current script before loading a new one?");
-    if (answer == MsgAnswer::Cancel) return;
-    if (answer == MsgAnswer::Yes) SaveScriptAs();
-  }
-  QString chosen = QFileDialog::getOpenFileName(this, tr("Load Script"),
-                                                DialogStart(scriptFileName_), kScriptFilter);
-  if (chosen.isEmpty()) return;
-  std::string previous = scriptFileName_;
-  scriptFileName_ = ScriptNameFor(chosen.toStdString(), QDir::currentPath().toStdString());
-  if (!LoadScriptText()) {
-    scriptFileName_ = previous;
-    return;
-  }
-  SetScriptModified(false);
-  std::string listed = scriptFileName_;
-  AddToHistory(listed);
-  int index = comboDieValue->findText(QString::fromStdString(scriptFileName_),
-                                      Qt::MatchExactly | Qt::MatchCaseSensitive);
-  if (index >= 0) {
-    comboDieValue->setCurrentIndex(index);
-    DieValuePicked(index);
-  }
-}
-
-bool frmMain::SaveScriptAs() {
-  QString chosen =
-      QFileDialog::getSaveFileName(this, tr("Save Script As"), DialogStart(scriptFileName_),
-                                   kScriptFilter, nullptr, QFileDialog::DontConfirmOverwrite);
-  if (chosen.isEmpty()) return false;
-  std::string name = WithScriptExtension(Trim(chosen.toStdString()));
-  if (!FileIsMissing(name)) {
-    MsgAnswer answer = AskToSave(name + "\nThis script already exists. Overwrite it?");
-    if (answer != MsgAnswer::Yes) return false;
-  }
-  std::string previous = scriptFileName_;
-  scriptFileName_ = ScriptNameFor(name, QDir::currentPath().toStdString());
-  if (!SaveScriptText()) {
-    scriptFileName_ = previous;
-    SetScriptCaption();
-    return false;
-  }
-  SetScriptModified(false);
-  std::string listed = scriptFileName_;
-  AddToHistory(listed);
-  return true;
-}
-
-bool frmMain::LoadScriptText() {
-  std::string content, reason;
-  if (!ReadTextFile(scriptFileName_, content, reason)) {
-    UI().ShowMessage("Gandrel could not read the script " + scriptFileName_ + ": " + reason,
-                     MsgButtons::Ok, MsgIcon::Critical, kAppTitle);
-    return false;
-  }
-  txtScript->setPlainText(ToEditorText(JoinScriptLines(SplitLines(content))));
-  SetScriptCaption();
-  return true;
-}
-
-bool frmMain::SaveScriptText() {
-  std::vector<std::string> lines = SplitScriptLines(ScriptText());
-  std::string reason;
-  if (!WriteTextFileAtomic(scriptFileName_, ScriptFileContents(lines), reason)) {
-    UI().ShowMessage("Gandrel could not save the script " + scriptFileName_ + ": " + reason,
-                     MsgButtons::Ok, MsgIcon::Critical, kAppTitle);
-    return false;
-  }
-  // The editor shows what was saved: trailing blanks gone, a line end last.
-  int caret = txtScript->textCursor().position();
-  txtScript->setPlainText(ToEditorText(JoinScriptLines(lines)));
-  QTextCursor cursor = txtScript->textCursor();
-  cursor.setPosition(std::min(caret, txtScript->document()->characterCount() - 1));
-  txtScript->setTextCursor(cursor);
-  SetScriptCaption();
-  return true;
 }
 
 }  // namespace gandrel

@@ -12,6 +12,7 @@
 
 #include <QWidget>
 #include <string>
+#include <vector>
 
 #include "app/modGandrel.h"
 
@@ -38,15 +39,15 @@ class frmMain : public QWidget, public MainView {
   // ---- MainView ----
   std::string DieValueText() const override;
   void SetDieValueText(const std::string& text) override;
-  void SelectAllDieValue() override;
-  void SetResultText(const std::string& text) override;
-  // Shows at most about 1 MB of the text, long lines broken (see
-  // LimitShownText and BreakLongLines).
-  void SetEachResultText(const std::string& text) override;
-  void SetClipboardText(const std::string& text) override;
-  void ClearDieList() override;
-  void AddDieListItem(const std::string& item) override;
+  void ShowDieList(const std::vector<std::string>& entries, const std::string& text) override;
+  // The each-result box shows at most about 1 MB of the text, long lines
+  // broken (see LimitShownText and BreakLongLines).
+  void ShowRoll(const RollOutcome& outcome) override;
   std::string ScriptText() const override;
+  void SetScriptText(const std::string& text) override;
+  void ShowScriptState(const std::string& caption, bool modified) override;
+  std::string AskScriptFile(FileQuestion question, const std::string& title,
+                            const std::string& initialPath) override;
 
   // The Roll button's handler: one roll, unless one is running already.
   void RollClicked();
@@ -59,18 +60,6 @@ class frmMain : public QWidget, public MainView {
   void RestorePlacement();
   // StorePlacement, then SaveSettings.
   bool SaveAll();
-
-  // The script editor's file: "" when none is loaded.
-  const std::string& ScriptFileName() const { return scriptFileName_; }
-  bool ScriptModified() const { return scriptModified_; }
-  void NewScript();
-  void LoadScriptFile();
-  // False when the user cancelled the file dialog or the overwrite question.
-  bool SaveScriptAs();
-  // The editor loaded from / saved to ScriptFileName(). False when the file
-  // could not be read or written (the user has been told).
-  bool LoadScriptText();
-  bool SaveScriptText();
 
   // Controls, named as the rest of Gandrel names them.
   QComboBox* comboDieValue;
@@ -101,16 +90,12 @@ class frmMain : public QWidget, public MainView {
   void ShowDefine();
   void ShowAbout();
   void SetRollControlsEnabled(bool enabled);
-  void SetScriptModified(bool modified);
-  void SetScriptCaption();
-  void ScriptClicked();
-  void ScriptFocused();
   void RollFromEnter();
+  // Runs a shell operation of the script editor unless a roll is under way.
+  void WhenIdle(void (*operation)());
 
   bool rolling_ = false;
   bool closePending_ = false;
-  bool scriptModified_ = false;
-  std::string scriptFileName_;
 };
 
 }  // namespace gandrel

@@ -84,14 +84,14 @@ frmPrefs::frmPrefs(QWidget* parent) : QDialog(parent) {
   auto* alwaysLayout = new QVBoxLayout(always);
   alwaysLayout->addWidget(lstAlwaysAdd);
 
-  cmdOkay = new QPushButton(tr("&Okay"), this);
-  cmdOkay->setAutoDefault(false);
-  cmdCancel = new QPushButton(tr("Cancel"), this);
-  cmdCancel->setAutoDefault(false);
-  connect(cmdOkay, &QPushButton::clicked, this, [this] {
+  btnOkay = new QPushButton(tr("&Okay"), this);
+  btnOkay->setAutoDefault(false);
+  btnCancel = new QPushButton(tr("Cancel"), this);
+  btnCancel->setAutoDefault(false);
+  connect(btnOkay, &QPushButton::clicked, this, [this] {
     if (Apply()) accept();
   });
-  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+  connect(btnCancel, &QPushButton::clicked, this, &QDialog::reject);
 
   auto* left = new QVBoxLayout;
   left->addWidget(rolling);
@@ -103,8 +103,8 @@ frmPrefs::frmPrefs(QWidget* parent) : QDialog(parent) {
   columns->addWidget(always, 1);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
-  buttons->addWidget(cmdOkay);
-  buttons->addWidget(cmdCancel);
+  buttons->addWidget(btnOkay);
+  buttons->addWidget(btnCancel);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(columns, 1);
   layout->addLayout(buttons);

@@ -39,8 +39,8 @@ class frmPrefs : public QDialog {
   QCheckBox* chkOnTop;
   QPushButton* btnFont[3];
   QtEntryList* lstAlwaysAdd;
-  QPushButton* cmdOkay;
-  QPushButton* cmdCancel;
+  QPushButton* btnOkay;
+  QPushButton* btnCancel;
 
   // The fonts as chosen so far (applied on Okay).
   FontSetting fonts[3];

@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "app/Settings.h"
+#include "app/TextLists.h"
 #include "calc/Basic.h"
+#include "calc/Markers.h"
 #include "calc/NumberText.h"
 #include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
@@ -25,16 +27,19 @@ class DetachedView final : public MainView {
  public:
   std::string DieValueText() const override { return text_; }
   void SetDieValueText(const std::string& text) override { text_ = text; }
-  void SelectAllDieValue() override {}
-  void SetResultText(const std::string&) override {}
-  void SetEachResultText(const std::string&) override {}
-  void SetClipboardText(const std::string&) override {}
-  void ClearDieList() override {}
-  void AddDieListItem(const std::string&) override {}
-  std::string ScriptText() const override { return ""; }
+  void ShowDieList(const std::vector<std::string>&, const std::string& text) override {
+    text_ = text;
+  }
+  void ShowRoll(const RollOutcome& outcome) override { text_ = outcome.dieValueText; }
+  std::string ScriptText() const override { return script_; }
+  void SetScriptText(const std::string& text) override { script_ = text; }
+  void ShowScriptState(const std::string&, bool) override {}
+  std::string AskScriptFile(FileQuestion, const std::string&, const std::string&) override {
+    return "";
+  }
 
  private:
-  std::string text_;
+  std::string text_, script_;
 };
 
 DetachedView detached;
@@ -49,21 +54,20 @@ class BusyPointer {
   BusyPointer& operator=(const BusyPointer&) = delete;
 };
 
-// What one request produced, before it is shown.
-struct RollOutcome {
+const char* const kCurrentScript = "<current script>";
+const char* const kScriptsUnavailable = "Scripts are not available in this build.";
+
+// One request under way: the die value as the request rewrites it, what the
+// die-value box holds, and what the request produced.
+struct Request {
   std::string dieValue;
+  std::string boxText;
   bool isScript = false;
+  bool listChanged = false;
   std::string resultText;
   std::string logText;
   double value = 0;
 };
-
-const char* const kRollTooBig =
-    "I'm sorry, but the die result generated is too big for me to handle.";
-const char* const kResultTooBig =
-    "I'm sorry, but the result calculated is too big for me to handle.";
-const char* const kScriptsUnavailable = "Scripts are not available in this build.";
-const char* const kToWindow = "~TOWIN~";
 
 }  // namespace
 
@@ -75,103 +79,11 @@ MainView& View() {
   return *currentView;
 }
 
-// A script request: the script language is not part of this build, so every
-// script ends as a script error that says so.
-static void RunScriptRequest(RollOutcome& roll) {
-  roll.isScript = true;
-  roll.resultText = "<script error>";
-  roll.logText = kScriptsUnavailable;
-}
-
-static void RollExpression(RollOutcome& roll) {
-  roll.isScript = false;
-  std::optional<RuntimeError> error;
-  try {
-    error = TrapRuntimeError([&] {
-      ExpandDice(roll.dieValue);
-      if (settings.AddDice) AddToHistory(roll.dieValue);
-      View().SetDieValueText(roll.dieValue);
-      roll.logText.clear();
-      roll.value = Calc(roll.dieValue, roll.logText);
-    });
-  } catch (const BreakSignal&) {
-    roll.dieValue = "<break>";
-    return;
-  }
-  if (error) {
-    MsgBox(kRollTooBig);
-    roll.dieValue = "<error>";
-  }
-}
-
-static void Classify(RollOutcome& roll) {
-  std::string lower = LCase(roll.dieValue);
-  if (InStr(lower, ".die") > 0) {
-    if (settings.AddDice) AddToHistory(roll.dieValue);
-    RunScriptRequest(roll);
-  } else if (roll.dieValue.empty()) {
-    // Nothing to compute: the result shows 0.
-  } else if (roll.dieValue == "<current script>") {
-    RunScriptRequest(roll);
-  } else if (roll.dieValue.front() == '=') {
-    if (settings.AddDice) AddToHistory(roll.dieValue);
-    RunScriptRequest(roll);
-  } else {
-    RollExpression(roll);
-  }
-}
-
-static bool IsFailureMarker(const std::string& text) {
-  return text == "<error>" || text == "<calc error>" || text == "<break>";
-}
-
-// The result label's text; the each-result text goes to the view.
-static std::string Show(RollOutcome& roll) {
-  if (IsFailureMarker(roll.dieValue)) {
-    View().SetEachResultText(roll.dieValue);
-    return roll.dieValue;
-  }
-  if (roll.isScript) {
-    bool toWindow = Left(roll.resultText, 7) == kToWindow;
-    if (toWindow) roll.resultText = Mid(roll.resultText, 8);
-    View().SetEachResultText(roll.logText);
-    if (toWindow) MsgBox(roll.resultText);
-    return roll.resultText;
-  }
-  std::string number;
-  if (TrapRuntimeError([&] { number = FormatNumber(roll.value); })) {
-    MsgBox(kResultTooBig);
-    View().SetEachResultText("<calc error>");
-    return "<calc error>";
-  }
-  View().SetEachResultText(roll.logText);
-  return number;
-}
-
-void RollDieValue() {
-  BusyPointer busy;
-  runFlags.BreakRequested = false;
-  RollOutcome roll;
-  roll.dieValue = Trim(View().DieValueText());
-  if (Left(roll.dieValue, 1) == "@") {
-    roll.dieValue = "=" + roll.dieValue;
-    View().SetDieValueText(roll.dieValue);
-  }
-  Classify(roll);
-  View().SelectAllDieValue();
-  std::string result = Show(roll);
-  View().SetResultText(result);
-  View().SetClipboardText(" rolls " + result + " on " + View().DieValueText());
+bool IsScriptFileName(const std::string& dieValue) {
+  return InStr(LCase(dieValue), ".die") > 0;
 }
 
 // ---- History ---------------------------------------------------------------
-
-static long IndexIgnoringCase(const std::vector<std::string>& list, const std::string& value) {
-  std::string wanted = LCase(value);
-  for (size_t i = 1; i < list.size(); ++i)
-    if (LCase(list[i]) == wanted) return static_cast<long>(i);
-  return 0;
-}
 
 // Entries 2..last take the values of the entries above them; value goes first.
 static void PushOnTop(std::vector<std::string>& h, long last, const std::string& value) {
@@ -227,11 +139,13 @@ static void MoveEntry(std::vector<std::string>& h, long pos, const std::string& 
   }
 }
 
-void AddToHistory(std::string& value) {
+// The history rules; true when the history changed (and the list must be
+// rebuilt).
+static bool UpdateHistory(const std::string& value) {
   long keepNum = settings.KeepNum;
-  if (keepNum <= 0) return;
+  if (keepNum <= 0) return false;
   if (DieHistory.empty()) DieHistory.emplace_back();
-  if (settings.KeepAlways && IndexIgnoringCase(AlwaysAddItems, value) > 0) return;
+  if (settings.KeepAlways && IndexIgnoringCase(AlwaysAddItems, value) > 0) return false;
   long pos = IndexIgnoringCase(DieHistory, value);
   if (pos == 0) {
     InsertNew(DieHistory, value, keepNum);
@@ -239,10 +153,127 @@ void AddToHistory(std::string& value) {
   } else {
     MoveEntry(DieHistory, pos, value);
   }
-  View().ClearDieList();
-  for (size_t i = 1; i < DieHistory.size(); ++i)
-    View().AddDieListItem(DieHistory[i]);
-  View().SetDieValueText(value);
+  return true;
+}
+
+std::vector<std::string> DieListEntries() {
+  if (DieHistory.size() <= 1) return {};
+  return std::vector<std::string>(DieHistory.begin() + 1, DieHistory.end());
+}
+
+void AddToHistory(std::string& value) {
+  if (UpdateHistory(value)) View().ShowDieList(DieListEntries(), value);
+}
+
+// ---- The request -------------------------------------------------------------
+
+// Inside a request the history's list is rebuilt once, with the outcome, and
+// the die-value box takes the value as the history rules say.
+static void KeepInHistory(Request& request, const std::string& value) {
+  if (!settings.AddDice || !UpdateHistory(value)) return;
+  request.listChanged = true;
+  request.boxText = value;
+}
+
+// A script request: the script language is not part of this build, so every
+// script ends as a script error that says so.
+static void RunScriptRequest(Request& request) {
+  request.isScript = true;
+  request.resultText = kScriptErrorMarker;
+  request.logText = kScriptsUnavailable;
+}
+
+static void RollExpression(Request& request) {
+  request.isScript = false;
+  std::optional<RuntimeError> error;
+  try {
+    error = TrapRuntimeError([&] {
+      ExpandDice(request.dieValue);
+      KeepInHistory(request, request.dieValue);
+      request.boxText = request.dieValue;
+      request.logText.clear();
+      request.value = Calc(request.dieValue, request.logText);
+    });
+  } catch (const BreakSignal&) {
+    request.dieValue = kBreakMarker;
+    return;
+  }
+  if (error) {
+    MsgBox(std::string(kRollTooBigMessage));
+    request.dieValue = kErrorMarker;
+  }
+}
+
+static void Classify(Request& request) {
+  const std::string& dieValue = request.dieValue;
+  if (IsScriptFileName(dieValue)) {
+    KeepInHistory(request, dieValue);
+    RunScriptRequest(request);
+  } else if (dieValue.empty()) {
+    // Nothing to compute: the result shows 0.
+  } else if (dieValue == kCurrentScript) {
+    RunScriptRequest(request);
+  } else if (dieValue.front() == '=') {
+    KeepInHistory(request, dieValue);
+    RunScriptRequest(request);
+  } else {
+    RollExpression(request);
+  }
+}
+
+// The result label's text and the each-result text; a "~TOWIN~" result also
+// goes to toWindow.
+static void Show(Request& request, RollOutcome& outcome, std::optional<std::string>& toWindow) {
+  if (IsFailureMarker(request.dieValue)) {
+    outcome.result = outcome.eachResult = request.dieValue;
+    return;
+  }
+  if (request.isScript) {
+    bool marked = Left(request.resultText, 7) == kToWindowMarker;
+    if (marked) request.resultText = Mid(request.resultText, 8);
+    outcome.result = request.resultText;
+    outcome.eachResult = request.logText;
+    if (marked) toWindow = request.resultText;
+    return;
+  }
+  if (TrapRuntimeError([&] { outcome.result = FormatNumber(request.value); })) {
+    MsgBox(std::string(kResultTooBigMessage));
+    outcome.result = outcome.eachResult = kCalcErrorMarker;
+    return;
+  }
+  outcome.eachResult = request.logText;
+}
+
+static RollOutcome WorkOut(const std::string& typed, std::optional<std::string>& toWindow) {
+  runFlags.BreakRequested = false;
+  Request request;
+  request.boxText = typed;
+  request.dieValue = Trim(typed);
+  if (Left(request.dieValue, 1) == "@") {
+    request.dieValue = "=" + request.dieValue;
+    request.boxText = request.dieValue;
+  }
+  Classify(request);
+  RollOutcome outcome;
+  Show(request, outcome, toWindow);
+  outcome.dieValueText = request.boxText;
+  outcome.listChanged = request.listChanged;
+  if (request.listChanged) outcome.dieList = DieListEntries();
+  outcome.clipboard = " rolls " + outcome.result + " on " + outcome.dieValueText;
+  return outcome;
+}
+
+RollOutcome WorkOutRoll(const std::string& dieValue) {
+  std::optional<std::string> toWindow;
+  return WorkOut(dieValue, toWindow);
+}
+
+void RollDieValue() {
+  BusyPointer busy;
+  std::optional<std::string> toWindow;
+  RollOutcome outcome = WorkOut(View().DieValueText(), toWindow);
+  View().ShowRoll(outcome);
+  if (toWindow) MsgBox(*toWindow);
 }
 
 }  // namespace gandrel

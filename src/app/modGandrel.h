@@ -1,10 +1,17 @@
 // modGandrel: the shell that both front ends share.
 //
-// The roll request (classify a die value, roll it or run it, show the result,
-// the details and the clipboard line, keep the history), start-up and
-// shut-down (settings and definitions files), and where those files live.
-// Nothing here knows Qt or the terminal: the front end shows the outcome
-// through a MainView, and messages through the engine's UserInterface.
+// The roll request (classify a die value, roll it or run it, work out the
+// result, the details and the clipboard line, keep the history), the script
+// editor and its files, start-up and shut-down (settings and definitions
+// files), and where those files live. Nothing here knows Qt or the terminal:
+// the front end shows what the shell worked out through a MainView, and
+// messages through the engine's UserInterface.
+//
+// The module's files: modGandrel.cpp (the roll request and the history),
+// modGandrelScript.cpp (the script editor and script files),
+// modGandrelSettings.cpp (start-up, gandrel.ini), modGandrelDefs.cpp
+// (gandrel.def and gandrel.dat), modGandrelFiles.cpp (where the files live,
+// reading and writing them).
 #pragma once
 
 #include <string>
@@ -12,22 +19,49 @@
 
 namespace gandrel {
 
-// The main window as the shell sees it.
+// What one Roll request shows, worked out whole before anything is shown.
+struct RollOutcome {
+  // The die-value box's text afterwards, shown all selected so that typing
+  // replaces it.
+  std::string dieValueText;
+  // The drop-down list, when the request changed the history.
+  bool listChanged = false;
+  std::vector<std::string> dieList;
+  std::string result;      // the result label
+  std::string eachResult;  // the each-result box: every die, or a script's log
+  std::string clipboard;   // " rolls " & result & " on " & the die value
+};
+
+// How the shell asks for a script file.
+enum class FileQuestion { Open, Save };
+
+// The main window as the shell sees it. The shell works out what changes;
+// the view only shows it.
 class MainView {
  public:
   virtual ~MainView() = default;
+
+  // The die-value box's text as the user left it.
   virtual std::string DieValueText() const = 0;
+  // Puts text into the die-value box; the list stays as it is.
   virtual void SetDieValueText(const std::string& text) = 0;
-  // Selects the whole die-value text, so that typing replaces it.
-  virtual void SelectAllDieValue() = 0;
-  virtual void SetResultText(const std::string& text) = 0;
-  virtual void SetEachResultText(const std::string& text) = 0;
-  virtual void SetClipboardText(const std::string& text) = 0;
-  // The drop-down list of the die-value box.
-  virtual void ClearDieList() = 0;
-  virtual void AddDieListItem(const std::string& item) = 0;
+  // The drop-down list becomes entries and the box's text becomes text;
+  // neither runs the pick handler.
+  virtual void ShowDieList(const std::vector<std::string>& entries, const std::string& text) = 0;
+  // The outcome of one Roll request, all at once.
+  virtual void ShowRoll(const RollOutcome& outcome) = 0;
+
   // The script editor's text, lines ended by CR LF.
   virtual std::string ScriptText() const = 0;
+  // Replaces the editor's text (a change of the text like any other).
+  virtual void SetScriptText(const std::string& text) = 0;
+  // The editor's caption ("Script", "Script -- name") and whether its text
+  // changed since it was loaded, saved or cleared.
+  virtual void ShowScriptState(const std::string& caption, bool modified) = 0;
+  // Asks for a script file to open or to save, starting at initialPath;
+  // "" when the user cancels.
+  virtual std::string AskScriptFile(FileQuestion question, const std::string& title,
+                                    const std::string& initialPath) = 0;
 };
 
 // The history behind the die-value list and the always-add items; 1-based
@@ -39,11 +73,83 @@ extern std::vector<std::string> AlwaysAddItems;
 void SetMainView(MainView* view);
 MainView& View();
 
-// One Roll request on the current die-value text.
+// ---- The Roll request --------------------------------------------------------
+
+// One Roll request on the current die-value text: works out the outcome,
+// shows it, and shows a script's "~TOWIN~" result in a message box as well.
 void RollDieValue();
 
-// Puts value into the history under the history settings and rebuilds the list.
+// What a Roll request on dieValue shows; the history is kept as a request
+// keeps it. Nothing is shown. A break ends it as "<break>".
+RollOutcome WorkOutRoll(const std::string& dieValue);
+
+// True when the die value names a script file: ".die" anywhere, in any case.
+bool IsScriptFileName(const std::string& dieValue);
+
+// Puts value into the history under the history settings and, when the list
+// changed, shows it with value in the box.
 void AddToHistory(std::string& value);
+
+// The history's entries, without the unused element 0.
+std::vector<std::string> DieListEntries();
+
+// ---- The script editor and script files --------------------------------------
+
+// The editor's file and whether its text changed since it was loaded, saved
+// or cleared. Names keep their letter case: Linux tells "A.DIE" from "a.die".
+struct ScriptEditorState {
+  std::string ScriptFileName;
+  bool Modified = false;
+};
+extern ScriptEditorState scriptEditor;
+
+// The lines of the script to run, 1-based: filled from the editor by
+// SplitScriptText, tokenized in place and run.
+extern std::vector<std::string> ScriptLines;
+
+// The editor's text split at CR LF, trailing blanks removed, a blank rest
+// after the last CR LF left out, and one empty line always last.
+std::vector<std::string> SplitScriptLines(const std::string& editorText);
+// ScriptLines = the editor's text as script lines.
+void SplitScriptText();
+
+// The contents of a script file for those lines: each followed by CR LF, the
+// last with its CR and LF made blanks and trimmed.
+std::string ScriptFileContents(const std::vector<std::string>& lines);
+// Lines joined by CR LF, with none after the last.
+std::string JoinScriptLines(const std::vector<std::string>& lines);
+// The name a chosen script file is known by: its bare name when it lies in
+// currentDir, else the path as it stands; trimmed.
+std::string ScriptNameFor(const std::string& path, const std::string& currentDir);
+// name with ".DIE" appended when it holds no "." at all.
+std::string WithScriptExtension(const std::string& name);
+
+// The editor's events: its text changed; it got the focus; it was clicked.
+void ScriptTextChanged();
+void ScriptEditorFocused();
+void ScriptEditorClicked();
+
+// The New button: asks whether to save a changed script first, then clears.
+void NewScript();
+// The Load button: asks whether to save a changed script first, asks for a
+// file, loads it, lists it and picks it.
+void LoadScriptFile();
+// The Save button: asks for a name (".DIE" added when it has no "."), asks
+// before replacing a file that is not empty, saves and lists it. False when
+// the user cancelled or the file could not be written.
+bool SaveScriptAs();
+// The editor loaded from, or saved to, ScriptFileName. False when the file
+// could not be read or written: the user has been told, and the editor and
+// its state are as they were.
+bool LoadScriptText();
+bool SaveScriptText();
+
+// The user picked an entry of the die-value list. An entry that names no
+// script file clears the editor; one naming a script file that exists is
+// loaded into it. Picking never rolls.
+void PickDieValue(const std::string& entry);
+
+// ---- Start-up and shut-down ----------------------------------------------------
 
 // Start-up: defaults, gandrel.dat, gandrel.ini and gandrel.def, the history
 // filled with the always-add items, the die-value text set. The front end
@@ -107,8 +213,9 @@ void ReadDefinitions(const std::string& path);
 
 // gandrel.dat, the older file, read only: lower-cased lines; "die=" sets the
 // default die, define lines to ParseDefine, other lines appended to
-// AlwaysAddItems and to the die-value list at once, duplicates and all.
-void ReadOldDefinitions(const std::string& path);
+// AlwaysAddItems and to listed (what the die-value list shows at start-up),
+// duplicates and all.
+void ReadOldDefinitions(const std::string& path, std::vector<std::string>& listed);
 
 // The text of gandrel.def for the die types and always-add items in memory.
 std::string DefinitionsText();

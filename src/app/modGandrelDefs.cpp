@@ -68,7 +68,7 @@ void ReadDefinitions(const std::string& path) {
   }
 }
 
-void ReadOldDefinitions(const std::string& path) {
+void ReadOldDefinitions(const std::string& path, std::vector<std::string>& listed) {
   std::vector<std::string> lines;
   if (!ReadLines(path, "die types", lines)) return;
   for (const std::string& raw : lines) {
@@ -79,7 +79,7 @@ void ReadOldDefinitions(const std::string& path) {
       DefineFromLine(line, path);
     } else if (!line.empty()) {
       AddAlwaysItem(line);
-      View().AddDieListItem(line);
+      listed.push_back(line);
     }
   }
 }

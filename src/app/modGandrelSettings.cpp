@@ -164,17 +164,22 @@ bool SaveSettings() {
 void StartUp() {
   AlwaysAddItems.assign(1, "");
   DieHistory.assign(1, "");
+  ScriptLines.assign(1, "");
+  scriptEditor = ScriptEditorState{};
   ClearDieTypes();
   runFlags.ScriptRunning = false;
   runFlags.Paused = false;
   runFlags.BreakRequested = false;
-  View().ClearDieList();
 
   Randomize();
   ResetSettings();
 
+  // The die-value list shows gandrel.dat's items as they are read, and then
+  // the history: an item of gandrel.dat is listed twice until a roll rebuilds
+  // the list.
+  std::vector<std::string> listed;
   for (const std::string& dat : OldDefinitionsFiles())
-    ReadOldDefinitions(dat);
+    ReadOldDefinitions(dat, listed);
   LoadSettings();
 
   long alwaysCount = static_cast<long>(AlwaysAddItems.size()) - 1;
@@ -182,8 +187,8 @@ void StartUp() {
 
   DieHistory = AlwaysAddItems;
   for (size_t i = 1; i < DieHistory.size(); ++i)
-    View().AddDieListItem(DieHistory[i]);
-  View().SetDieValueText(DieHistory.size() <= 1 ? "3d6" : DieHistory[1]);
+    listed.push_back(DieHistory[i]);
+  View().ShowDieList(listed, listed.empty() ? "3d6" : listed.front());
 }
 
 }  // namespace gandrel

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "app/modGandrel.h"
+#include "calc/Markers.h"
 #include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
 #include "cli/CliJson.h"
@@ -56,14 +57,23 @@ class TerminalView final : public MainView {
 
   std::string DieValueText() const override { return dieValue; }
   void SetDieValueText(const std::string& text) override { dieValue = text; }
-  void SelectAllDieValue() override {}
-  void SetResultText(const std::string& text) override { result = text; }
-  void SetEachResultText(const std::string& text) override { eachResult = text; }
-  void SetClipboardText(const std::string& text) override { clipboard = text; }
   // The terminal shows no drop-down list; the history is kept by the shell.
-  void ClearDieList() override {}
-  void AddDieListItem(const std::string&) override {}
+  void ShowDieList(const std::vector<std::string>&, const std::string& text) override {
+    dieValue = text;
+  }
+  void ShowRoll(const RollOutcome& outcome) override {
+    dieValue = outcome.dieValueText;
+    result = outcome.result;
+    eachResult = outcome.eachResult;
+    clipboard = outcome.clipboard;
+  }
+  // The terminal has no script editor: a script runs from its file.
   std::string ScriptText() const override { return ""; }
+  void SetScriptText(const std::string&) override {}
+  void ShowScriptState(const std::string&, bool) override {}
+  std::string AskScriptFile(FileQuestion, const std::string&, const std::string&) override {
+    return "";
+  }
 };
 
 // Messages go to standard error; Ctrl-C reaches the roll as the break flag.
@@ -105,11 +115,6 @@ class Attached {
   Attached& operator=(const Attached&) = delete;
 };
 
-bool IsFailure(const std::string& result) {
-  return result == "<error>" || result == "<calc error>" || result == "<script error>" ||
-         result == "<break>";
-}
-
 class RollLoop {
  public:
   RollLoop(const CliOptions& options, FILE* out, TerminalView& view)
@@ -121,7 +126,7 @@ class RollLoop {
       view_.SetDieValueText(dieValue);
       RollDieValue();
       Print();
-      if (IsFailure(view_.result)) status = 1;
+      if (IsFailureMarker(view_.result)) status = 1;
       if (interrupts) {
         status = 1;
         return false;

@@ -94,31 +94,5 @@ TEST_F(DialogModelsTest, LongLinesAreBroken) {
     EXPECT_EQ(BreakLongLines(text, width), expected) << text;
 }
 
-TEST_F(DialogModelsTest, ScriptLinesForAFile) {
-  // Blanks at line ends go, a blank rest after the last line end is left out.
-  for (const char* editor : {"  x  \r\n\r\ny\t ", "  x\r\n\r\ny\t\r\n   "}) {
-    Items lines = SplitScriptLines(editor);
-    EXPECT_EQ(lines, (Items{"  x", "", "y\t", ""})) << editor;
-    EXPECT_EQ(ScriptFileContents(lines), "  x\r\n\r\ny\t\r\n\r\n");
-    EXPECT_EQ(JoinScriptLines(lines), "  x\r\n\r\ny\t\r\n");
-  }
-  // The last line's CR and LF become blanks, and it is trimmed.
-  EXPECT_EQ(ScriptFileContents({"a", " x\ry\n "}), "a\r\nx y\r\n");
-}
-
-TEST_F(DialogModelsTest, ScriptNamesAndExtension) {
-  // The path chosen, the current folder, the name the script is known by.
-  const char* const cases[][3] = {
-      {"/home/me/combat.DIE", "/home/me/", "combat.DIE"},
-      {"/home/me/dice/combat.die", "/home/me", "/home/me/dice/combat.die"},
-      {"/combat.die", "/", "combat.die"},
-      {" combat.die ", "/home/me", "combat.die"},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(ScriptNameFor(c[0], c[1]), c[2]) << c[0];
-  EXPECT_EQ(WithScriptExtension("combat"), "combat.DIE");
-  EXPECT_EQ(WithScriptExtension("/home/m.e/combat"), "/home/m.e/combat");  // any "." counts
-}
-
 }  // namespace
 }  // namespace gandrel::testing

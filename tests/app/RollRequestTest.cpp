@@ -79,7 +79,7 @@ TEST_F(RollRequestTest, Outcomes) {
     EXPECT_EQ(DieHistory, OneBased(c.history));
   }
   EXPECT_TRUE(ui.messages.empty());
-  EXPECT_EQ(view.selectAlls, 7);  // typing replaces the die value
+  EXPECT_EQ(view.rolls, 7);  // each outcome shown once
   settings.AddDice = false;
   Roll("3d6");
   Roll("=1");

@@ -17,21 +17,50 @@ namespace gandrel::testing {
 
 using Items = std::vector<std::string>;
 
+// The main window as a record of what the shell showed, with file dialogs
+// answered from a list.
 class FakeView : public MainView {
  public:
   std::string dieValue, result, eachResult, clipboard;
   std::vector<std::string> list;
-  int selectAlls = 0;
+  int rolls = 0, listsShown = 0;
+  std::string script, caption = "Script";
+  bool modified = false;
+  std::vector<std::string> fileAnswers;    // what the file dialogs answer, in turn
+  std::vector<std::string> fileQuestions;  // their titles and starting places
 
   std::string DieValueText() const override { return dieValue; }
   void SetDieValueText(const std::string& text) override { dieValue = text; }
-  void SelectAllDieValue() override { ++selectAlls; }
-  void SetResultText(const std::string& text) override { result = text; }
-  void SetEachResultText(const std::string& text) override { eachResult = text; }
-  void SetClipboardText(const std::string& text) override { clipboard = text; }
-  void ClearDieList() override { list.clear(); }
-  void AddDieListItem(const std::string& item) override { list.push_back(item); }
-  std::string ScriptText() const override { return ""; }
+  void ShowDieList(const std::vector<std::string>& entries, const std::string& text) override {
+    list = entries;
+    dieValue = text;
+    ++listsShown;
+  }
+  void ShowRoll(const RollOutcome& outcome) override {
+    ++rolls;
+    if (outcome.listChanged) ShowDieList(outcome.dieList, outcome.dieValueText);
+    dieValue = outcome.dieValueText;
+    result = outcome.result;
+    eachResult = outcome.eachResult;
+    clipboard = outcome.clipboard;
+  }
+  std::string ScriptText() const override { return script; }
+  void SetScriptText(const std::string& text) override {
+    script = text;
+    ScriptTextChanged();
+  }
+  void ShowScriptState(const std::string& shownCaption, bool isModified) override {
+    caption = shownCaption;
+    modified = isModified;
+  }
+  std::string AskScriptFile(FileQuestion, const std::string& title,
+                            const std::string& initialPath) override {
+    fileQuestions.push_back(title + " " + initialPath);
+    if (fileAnswers.empty()) return "";
+    std::string answer = fileAnswers.front();
+    fileAnswers.erase(fileAnswers.begin());
+    return answer;
+  }
 };
 
 class ShellTest : public EngineTest {

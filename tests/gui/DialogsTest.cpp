@@ -25,7 +25,7 @@ TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
     frmPrefs dialog(&w);
     dialog.txtDieType->setText(c.dieType);
     Type(dialog.lstAlwaysAdd, "4d6");
-    QTest::mouseClick(c.okay ? dialog.cmdOkay : dialog.cmdCancel, Qt::LeftButton);
+    QTest::mouseClick(c.okay ? dialog.btnOkay : dialog.btnCancel, Qt::LeftButton);
     EXPECT_EQ(engineSettings.DieType, c.saved ? "8" : "6");
     EXPECT_EQ(AlwaysAddItems.size(), c.saved ? 2u : 1u);  // counted from 1
     EXPECT_EQ(FileExists("gandrel.ini"), c.saved);
@@ -41,7 +41,7 @@ TEST_F(WindowTest, DefineDieTypesRemovesWhatIsLeftOut) {
   frmDefine dialog(window.get());
   dialog.lstTypes->lstEntries->setCurrentRow(0);
   QTest::mouseClick(dialog.lstTypes->btnRemove, Qt::LeftButton);
-  QTest::mouseClick(dialog.cmdOkay, Qt::LeftButton);
+  QTest::mouseClick(dialog.btnOkay, Qt::LeftButton);
   EXPECT_EQ(ListDieTypeEntries(), Entries{"dfib = 1,1,2,3,5"});
   std::string def = ReadFile("gandrel.def");
   EXPECT_EQ(def.find("dfate"), std::string::npos);

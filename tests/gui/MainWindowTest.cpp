@@ -118,18 +118,18 @@ TEST_F(WindowTest, PickingAnEntryNeverRolls) {
   PickWithKeys(w.comboDieValue, script);
   EXPECT_EQ(Text(w.txtScript), "a = 1\nresult = a\n");
   EXPECT_EQ(Text(w.lblScript), "Script -- " + script.toStdString());
-  EXPECT_FALSE(w.ScriptModified());
+  EXPECT_FALSE(scriptEditor.Modified);
 
   // A script file that does not exist changes nothing.
   PickWithKeys(w.comboDieValue, gone);
   EXPECT_EQ(Text(w.txtScript), "a = 1\nresult = a\n");
-  EXPECT_EQ(w.ScriptFileName(), script.toStdString());
+  EXPECT_EQ(scriptEditor.ScriptFileName, script.toStdString());
 
   // A die value empties the editor.
   PickWithKeys(w.comboDieValue, "2d8");
   EXPECT_EQ(Text(w.txtScript), "");
   EXPECT_EQ(Text(w.lblScript), "Script");
-  EXPECT_EQ(w.ScriptFileName(), "");
+  EXPECT_EQ(scriptEditor.ScriptFileName, "");
   EXPECT_EQ(Text(w.lblResult), result);
 }
 
@@ -140,10 +140,10 @@ TEST_F(WindowTest, ScriptEditorHandsCrLfLinesAndNewAsksFirst) {
 
   // Cancel keeps the script, No drops it.
   ui.answer = MsgAnswer::Cancel;
-  w.NewScript();
+  w.btnNewScript->click();
   EXPECT_EQ(Text(w.txtScript), "a  \nb");
   ui.answer = MsgAnswer::No;
-  w.NewScript();
+  w.btnNewScript->click();
   EXPECT_EQ(Text(w.txtScript), "");
   EXPECT_EQ(ui.messages.size(), 2u);
 }
@@ -222,7 +222,9 @@ TEST_F(WindowTest, EachResultBoxShowsAboutOneMegabyteInShortLines) {
   frmMain& w = StartWindow();
   w.chkResults->setChecked(true);
   std::string dice = QByteArray("+1+6").repeated(750000).toStdString();
-  w.SetEachResultText("3000000d6=" + dice + "= 10500000\r\nCalc: 10500000=10500000\r\n");
+  RollOutcome outcome;
+  outcome.eachResult = "3000000d6=" + dice + "= 10500000\r\nCalc: 10500000=10500000\r\n";
+  w.ShowRoll(outcome);
   w.txtEachResult->grab();
   QString shown = w.txtEachResult->toPlainText();
   EXPECT_NEAR(shown.size(), 1000000, 3000);

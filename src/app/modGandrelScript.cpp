@@ -1,0 +1,263 @@
+// The script editor and script files: the editor's text as script lines,
+// New, Load and Save, the modified state, and picking a script file from the
+// die-value list.
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "app/modGandrel.h"
+#include "calc/Basic.h"
+#include "calc/UserInterface.h"
+
+namespace gandrel {
+
+namespace fs = std::filesystem;
+
+ScriptEditorState scriptEditor;
+std::vector<std::string> ScriptLines(1);
+
+namespace {
+
+const char* const kCurrentScript = "<current script>";
+
+// The editor's caption and modified state, as they stand now.
+void ShowEditorState() {
+  const std::string& name = scriptEditor.ScriptFileName;
+  View().ShowScriptState(name.empty() ? "Script" : "Script -- " + name, scriptEditor.Modified);
+}
+
+void MarkClean() {
+  scriptEditor.Modified = false;
+  ShowEditorState();
+}
+
+// A Yes/No/Cancel question about the script, as the program asks it.
+MsgAnswer AskAboutScript(const std::string& question) {
+  return UI().ShowMessage(question, MsgButtons::YesNoCancel, MsgIcon::Critical, kAppTitle);
+}
+
+// Before the editor's script is replaced: false when the user cancels.
+bool OfferToSave(const std::string& question) {
+  if (!scriptEditor.Modified) return true;
+  MsgAnswer answer = AskAboutScript(question);
+  if (answer == MsgAnswer::Cancel) return false;
+  // A save dialog cancelled after Yes still lets the replacement go on.
+  if (answer == MsgAnswer::Yes) SaveScriptAs();
+  return true;
+}
+
+std::string CurrentDirectory() {
+  std::error_code ec;
+  fs::path current = fs::current_path(ec);
+  return ec ? std::string() : current.string();
+}
+
+// Where the file dialogs start: the editor's file in the current directory.
+std::string DialogStart() {
+  const std::string& name = scriptEditor.ScriptFileName;
+  fs::path start = CurrentDirectory();
+  if (!name.empty()) start /= name;  // an absolute name replaces the folder
+  return start.string();
+}
+
+// After a file was chosen in a dialog, its folder is the current directory.
+void EnterFolderOf(const std::string& chosen) {
+  fs::path folder = fs::path(chosen).parent_path();
+  std::error_code ec;
+  if (!folder.empty()) fs::current_path(folder, ec);
+}
+
+// The first entry of the history equal to name, exactly; 0 when none is.
+long ExactEntry(const std::string& name) {
+  for (size_t i = 1; i < DieHistory.size(); ++i)
+    if (DieHistory[i] == name) return static_cast<long>(i);
+  return 0;
+}
+
+// Loads file into the editor as its script; on failure everything stays.
+bool LoadAsScript(const std::string& file) {
+  std::string previous = scriptEditor.ScriptFileName;
+  scriptEditor.ScriptFileName = file;
+  if (!LoadScriptText()) {
+    scriptEditor.ScriptFileName = previous;
+    return false;
+  }
+  MarkClean();
+  return true;
+}
+
+}  // namespace
+
+std::vector<std::string> SplitScriptLines(const std::string& editorText) {
+  std::vector<std::string> lines;
+  size_t start = 0;
+  for (size_t end = editorText.find("\r\n"); end != std::string::npos;
+       end = editorText.find("\r\n", start)) {
+    lines.push_back(RTrim(std::string_view(editorText).substr(start, end - start)));
+    start = end + 2;
+  }
+  std::string rest = RTrim(std::string_view(editorText).substr(start));
+  if (!rest.empty()) lines.push_back(rest);
+  lines.emplace_back();
+  return lines;
+}
+
+std::string ScriptFileContents(const std::vector<std::string>& lines) {
+  std::string contents;
+  for (size_t i = 0; i < lines.size(); ++i) {
+    std::string line = lines[i];
+    if (i + 1 == lines.size()) {
+      std::replace(line.begin(), line.end(), '\r', ' ');
+      std::replace(line.begin(), line.end(), '\n', ' ');
+      line = Trim(line);
+    }
+    contents += line + "\r\n";
+  }
+  return contents;
+}
+
+std::string JoinScriptLines(const std::vector<std::string>& lines) {
+  std::string text;
+  for (size_t i = 0; i < lines.size(); ++i) {
+    if (i > 0) text += "\r\n";
+    text += lines[i];
+  }
+  return text;
+}
+
+std::string ScriptNameFor(const std::string& path, const std::string& currentDir) {
+  std::string name = Trim(path);
+  size_t slash = name.rfind('/');
+  if (slash == std::string::npos) return name;
+  std::string folder = name.substr(0, slash);
+  std::string current = currentDir;
+  while (current.size() > 1 && current.back() == '/')
+    current.pop_back();
+  if (folder == current || (folder.empty() && current == "/")) return name.substr(slash + 1);
+  return name;
+}
+
+std::string WithScriptExtension(const std::string& name) {
+  return name.find('.') == std::string::npos ? name + ".DIE" : name;
+}
+
+void SplitScriptText() {
+  ScriptLines = SplitScriptLines(View().ScriptText());
+  ScriptLines.insert(ScriptLines.begin(), std::string());
+}
+
+// ---- The editor's events -------------------------------------------------------
+
+void ScriptTextChanged() {
+  scriptEditor.Modified = true;
+  ShowEditorState();
+}
+
+void ScriptEditorFocused() {
+  if (scriptEditor.ScriptFileName.empty() && View().DieValueText() != kCurrentScript)
+    View().SetDieValueText(kCurrentScript);
+}
+
+void ScriptEditorClicked() {
+  const std::string& name = scriptEditor.ScriptFileName;
+  if (name.empty()) View().SetDieValueText(kCurrentScript);
+  if (!name.empty() && ExactEntry(name) > 0) View().SetDieValueText(name);
+}
+
+// ---- New, Load, Save ---------------------------------------------------------
+
+void NewScript() {
+  if (!OfferToSave("Do you want to save the current script before clearing it?")) return;
+  View().SetScriptText("");
+  scriptEditor.ScriptFileName.clear();
+  MarkClean();
+}
+
+void LoadScriptFile() {
+  if (!OfferToSave("Do you want to save the current script before loading a new one?")) return;
+  std::string chosen = View().AskScriptFile(FileQuestion::Open, "Load Script", DialogStart());
+  if (chosen.empty()) return;
+  EnterFolderOf(chosen);
+  if (!LoadAsScript(ScriptNameFor(chosen, CurrentDirectory()))) return;
+  std::string listed = scriptEditor.ScriptFileName;
+  AddToHistory(listed);
+  // Picking the new entry loads the same file again, as a pick by hand would.
+  if (long entry = ExactEntry(scriptEditor.ScriptFileName)) {
+    View().SetDieValueText(DieHistory[entry]);
+    PickDieValue(DieHistory[entry]);
+  }
+}
+
+bool SaveScriptAs() {
+  std::string chosen = View().AskScriptFile(FileQuestion::Save, "Save Script As", DialogStart());
+  if (chosen.empty()) return false;
+  std::string name = WithScriptExtension(Trim(chosen));
+  if (!FileIsMissing(name)) {
+    MsgAnswer answer = AskAboutScript(name + "\nThis script already exists. Overwrite it?");
+    if (answer != MsgAnswer::Yes) return false;
+  }
+  EnterFolderOf(name);
+  std::string previous = scriptEditor.ScriptFileName;
+  scriptEditor.ScriptFileName = ScriptNameFor(name, CurrentDirectory());
+  if (!SaveScriptText()) {
+    scriptEditor.ScriptFileName = previous;
+    ShowEditorState();
+    return false;
+  }
+  MarkClean();
+  std::string listed = scriptEditor.ScriptFileName;
+  AddToHistory(listed);
+  return true;
+}
+
+bool LoadScriptText() {
+  const std::string& name = scriptEditor.ScriptFileName;
+  std::string content, reason;
+  if (!ReadTextFile(name, content, reason)) {
+    UI().ShowMessage("Gandrel could not read the script " + name + ": " + reason, MsgButtons::Ok,
+                     MsgIcon::Critical, kAppTitle);
+    return false;
+  }
+  std::vector<std::string> lines = SplitLines(content);
+  View().SetScriptText(JoinScriptLines(lines));
+  ScriptLines = lines;
+  ScriptLines.insert(ScriptLines.begin(), std::string());
+  ShowEditorState();
+  return true;
+}
+
+bool SaveScriptText() {
+  const std::string& name = scriptEditor.ScriptFileName;
+  std::vector<std::string> lines = SplitScriptLines(View().ScriptText());
+  std::string reason;
+  if (!WriteTextFileAtomic(name, ScriptFileContents(lines), reason)) {
+    UI().ShowMessage("Gandrel could not save the script " + name + ": " + reason, MsgButtons::Ok,
+                     MsgIcon::Critical, kAppTitle);
+    return false;
+  }
+  ScriptLines = lines;
+  ScriptLines.insert(ScriptLines.begin(), std::string());
+  // The editor shows what was saved: trailing blanks gone, a line end last.
+  View().SetScriptText(JoinScriptLines(lines));
+  ShowEditorState();
+  return true;
+}
+
+// ---- Picking from the die-value list ----------------------------------------------
+
+void PickDieValue(const std::string& entry) {
+  std::string picked = Trim(entry);
+  if (!IsScriptFileName(picked)) {
+    View().SetScriptText("");
+    scriptEditor.ScriptFileName.clear();
+    MarkClean();
+    return;
+  }
+  // A file that is not there changes nothing.
+  if (FileIsMissing(picked)) return;
+  LoadAsScript(picked);
+}
+
+}  // namespace gandrel

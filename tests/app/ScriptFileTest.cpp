@@ -1,0 +1,152 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "ShellFixture.h"
+#include "app/Settings.h"
+
+namespace gandrel::testing {
+namespace {
+
+// The script editor's files through the shell, with the file dialogs
+// answered by the fake view. Dialogs make the chosen folder the current
+// one: each test starts and ends in the folder it found.
+class ScriptFileTest : public ShellTest {
+ protected:
+  void SetUp() override {
+    ShellTest::SetUp();
+    start = std::filesystem::current_path();
+    StartUp();
+  }
+  void TearDown() override {
+    std::filesystem::current_path(start);
+    ShellTest::TearDown();
+  }
+  void Type(const std::string& text) { view.SetScriptText(text); }
+  std::filesystem::path start;
+};
+
+TEST_F(ScriptFileTest, ScriptLinesForAFile) {
+  // Blanks at line ends go, a blank rest after the last line end is left out.
+  for (const char* editor : {"  x  \r\n\r\ny\t ", "  x\r\n\r\ny\t\r\n   "}) {
+    Items lines = SplitScriptLines(editor);
+    EXPECT_EQ(lines, (Items{"  x", "", "y\t", ""})) << editor;
+    EXPECT_EQ(ScriptFileContents(lines), "  x\r\n\r\ny\t\r\n\r\n");
+    EXPECT_EQ(JoinScriptLines(lines), "  x\r\n\r\ny\t\r\n");
+  }
+  // The last line's CR and LF become blanks, and it is trimmed.
+  EXPECT_EQ(ScriptFileContents({"a", " x\ry\n "}), "a\r\nx y\r\n");
+}
+
+TEST_F(ScriptFileTest, ScriptNamesAndExtension) {
+  // The path chosen, the current folder, the name the script is known by.
+  const char* const cases[][3] = {
+      {"/home/me/combat.DIE", "/home/me/", "combat.DIE"},
+      {"/home/me/dice/combat.die", "/home/me", "/home/me/dice/combat.die"},
+      {"/combat.die", "/", "combat.die"},
+      {" combat.die ", "/home/me", "combat.die"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(ScriptNameFor(c[0], c[1]), c[2]) << c[0];
+  EXPECT_EQ(WithScriptExtension("combat"), "combat.DIE");
+  EXPECT_EQ(WithScriptExtension("/home/m.e/combat"), "/home/m.e/combat");  // any "." counts
+}
+
+TEST_F(ScriptFileTest, SaveAsksBeforeReplacingAFileThatHoldsSomething) {
+  Type("a  \r\nb");
+  view.fileAnswers = {PathOf("combat")};
+  ASSERT_TRUE(SaveScriptAs());
+  // Saved under the name with ".DIE", known by its bare name in its folder.
+  EXPECT_EQ(ReadFile("combat.DIE"), "a\r\nb\r\n\r\n");
+  EXPECT_EQ(view.script, "a\r\nb\r\n");
+  EXPECT_EQ(view.caption, "Script -- combat.DIE");
+  EXPECT_FALSE(view.modified);
+  EXPECT_EQ(DieHistory, OneBased("combat.DIE"));
+  EXPECT_EQ(std::filesystem::current_path(), std::filesystem::path(folder));
+
+  Type("changed");
+  const std::string question = PathOf("combat.DIE") + "\nThis script already exists. Overwrite it?";
+  for (MsgAnswer answer : {MsgAnswer::No, MsgAnswer::Cancel, MsgAnswer::Yes}) {
+    ui.answer = answer;
+    view.fileAnswers = {PathOf("combat.DIE")};
+    EXPECT_EQ(SaveScriptAs(), answer == MsgAnswer::Yes);
+    EXPECT_EQ(ui.messages.back().text, question);
+    EXPECT_EQ(ui.messages.back().buttons, MsgButtons::YesNoCancel);
+  }
+  EXPECT_EQ(ReadFile("combat.DIE"), "changed\r\n\r\n");
+  // An empty file is no script: nothing to ask about.
+  WriteFile("empty.die", "");
+  ui.messages.clear();
+  view.fileAnswers = {PathOf("empty.die")};
+  EXPECT_TRUE(SaveScriptAs());
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(ScriptFileTest, NewAndLoadAskAboutAChangedScriptFirst) {
+  Type("x = 1");
+  ui.answer = MsgAnswer::Cancel;
+  NewScript();
+  EXPECT_EQ(view.script, "x = 1");
+  // Yes, then a cancelled save dialog: the editor is cleared all the same.
+  ui.answer = MsgAnswer::Yes;
+  NewScript();
+  EXPECT_EQ(view.script, "");
+  EXPECT_EQ(view.fileQuestions.size(), 1u);
+  EXPECT_EQ(ui.Texts(), (Items{"Do you want to save the current script before clearing it?",
+                               "Do you want to save the current script before clearing it?"}));
+
+  WriteFile("fight.die", "result = 2d6\r\n");
+  Type("y = 2");
+  ui.answer = MsgAnswer::No;
+  view.fileAnswers = {PathOf("fight.die")};
+  LoadScriptFile();
+  EXPECT_EQ(view.script, "result = 2d6");
+  EXPECT_EQ(view.caption, "Script -- fight.die");
+  EXPECT_FALSE(view.modified);
+  EXPECT_EQ(view.dieValue, "fight.die");  // listed and picked
+  EXPECT_EQ(ui.messages.back().text,
+            "Do you want to save the current script before loading a new one?");
+}
+
+TEST_F(ScriptFileTest, AFileThatCannotBeReadOrWrittenChangesNothing) {
+  Type("keep me");
+  ui.answer = MsgAnswer::No;
+  view.fileAnswers = {PathOf("missing.die")};
+  LoadScriptFile();
+  EXPECT_EQ(view.script, "keep me");
+  EXPECT_TRUE(view.modified);
+  EXPECT_EQ(scriptEditor.ScriptFileName, "");
+  WriteFile("taken", "x");
+  view.fileAnswers = {PathOf("taken/inner.die")};  // a file where a folder should be
+  EXPECT_FALSE(SaveScriptAs());
+  EXPECT_EQ(view.script, "keep me");
+  EXPECT_TRUE(view.modified);
+  EXPECT_EQ(scriptEditor.ScriptFileName, "");
+  ASSERT_EQ(ui.messages.size(), 3u);  // the question, then one message per file
+  EXPECT_EQ(ui.messages[1].text.rfind("Gandrel could not read the script missing.die: ", 0), 0u);
+  EXPECT_EQ(ui.messages[2].text.rfind(
+                "Gandrel could not save the script " + PathOf("taken/inner.die") + ": ", 0),
+            0u);
+}
+
+TEST_F(ScriptFileTest, PickingAndTheEditorsEvents) {
+  WriteFile("fight.DIE", "a\r\nb");
+  PickDieValue(" " + PathOf("fight.DIE") + " ");
+  EXPECT_EQ(view.script, "a\r\nb");
+  EXPECT_EQ(scriptEditor.ScriptFileName, PathOf("fight.DIE"));
+  PickDieValue(PathOf("FIGHT.die"));  // letter case counts on Linux: no such file
+  EXPECT_EQ(scriptEditor.ScriptFileName, PathOf("fight.DIE"));
+  ScriptEditorFocused();
+  EXPECT_EQ(view.dieValue, "3d6");  // a script with a file runs as its file
+  PickDieValue("2d6");
+  EXPECT_EQ(view.script, "");
+  EXPECT_EQ(view.caption, "Script");
+  ScriptEditorFocused();
+  EXPECT_EQ(view.dieValue, "<current script>");
+  view.dieValue = "2d6";
+  ScriptEditorClicked();
+  EXPECT_EQ(view.dieValue, "<current script>");
+}
+
+}  // namespace
+}  // namespace gandrel::testing
