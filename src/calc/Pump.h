@@ -27,9 +27,9 @@ inline void Yield() {
   if (--pump_detail::countdown == 0) pump_detail::CheckClock();
 }
 
-// True when a break is pending and breaking is on.
+// True when a break is pending and breaking is on, or the user insists.
 inline bool BreakPending() {
-  return runFlags.BreakRequested && runFlags.BreakEnabled;
+  return (runFlags.BreakRequested && runFlags.BreakEnabled) || runFlags.BreakForced;
 }
 
 // Yield(), then throws BreakSignal if the user has asked to break and

@@ -15,6 +15,9 @@ struct RunFlags {
   bool BreakRequested = false;
   // BREAKON / BREAKOFF of the running script; always on outside a script.
   bool BreakEnabled = true;
+  // The user insists on stopping a script that switched breaking off (a
+  // second Escape, answered Yes): it stops whatever BREAKOFF said.
+  bool BreakForced = false;
   bool Paused = false;
   bool PauseEnded = false;
   bool LogOn = false;
