@@ -246,6 +246,7 @@ static void Show(Request& request, RollOutcome& outcome, std::optional<std::stri
 
 static RollOutcome WorkOut(const std::string& typed, std::optional<std::string>& toWindow) {
   runFlags.BreakRequested = false;
+  runFlags.BreakForced = false;
   Request request;
   request.boxText = typed;
   request.dieValue = Trim(typed);
