@@ -10,6 +10,7 @@
 #include <cstdlib>
 
 #include "app/QtIcon.h"
+#include "app/QtScriptWindows.h"
 #include "app/QtUserInterface.h"
 #include "app/frmMain.h"
 #include "app/modGandrel.h"
@@ -48,9 +49,11 @@ int main(int argc, char* argv[]) {
   QApplication::setWindowIcon(gandrel::GandrelIcon());
 
   gandrel::QtUserInterface ui;
+  gandrel::QtScriptWindows scriptWindows;
   gandrel::ChooseAppDirectory(QCoreApplication::applicationDirPath().toStdString());
 
   gandrel::frmMain window;
+  scriptWindows.Attach(&window);
   FirstPaintClock firstPaint(clock);
   bool timing = std::getenv("GANDREL_TIMING") != nullptr;
   if (timing) window.lblResult->installEventFilter(&firstPaint);

@@ -24,6 +24,7 @@
 #include "app/DialogModels.h"
 #include "app/QtFonts.h"
 #include "app/QtIcon.h"
+#include "app/QtScriptWindows.h"
 #include "app/Settings.h"
 #include "app/frmAbout.h"
 #include "app/frmDefine.h"
@@ -200,10 +201,11 @@ void frmMain::ConnectHandlers() {
   connect(btnAbout, &QPushButton::clicked, this, &frmMain::ShowAbout);
   connect(btnExit, &QPushButton::clicked, this, &QWidget::close);
 
-  // Escape asks a running roll to stop; it reaches here while the roll pumps
-  // events.
+  // Escape asks a running roll or script to stop; it reaches here while the
+  // roll pumps events. A shortcut of this window alone: dialogs and message
+  // boxes keep their own Escape.
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-  connect(escape, &QShortcut::activated, this, [] { runFlags.BreakRequested = true; });
+  connect(escape, &QShortcut::activated, this, [] { EscapePressed(); });
 }
 
 // ---- Start-up and shut-down ------------------------------------------------
@@ -363,6 +365,11 @@ void frmMain::ShowDieList(const std::vector<std::string>& entries, const std::st
   for (const std::string& entry : entries)
     comboDieValue->addItem(QString::fromStdString(entry));
   comboDieValue->setEditText(QString::fromStdString(text));
+}
+
+void frmMain::ShowDisplay(const std::string& result, const std::string& log) {
+  lblResult->setText(QString::fromStdString(result));
+  txtEachResult->setPlainText(ToEditorText(BreakLongLines(LimitShownText(log))));
 }
 
 void frmMain::ShowRoll(const RollOutcome& outcome) {

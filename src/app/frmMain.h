@@ -53,6 +53,10 @@ class frmMain : public QWidget, public MainView {
   void RollClicked();
   bool Rolling() const { return rolling_; }
 
+  // DISPLAY of a running script: result in the result label, log in the
+  // each-result box; nothing else changes.
+  void ShowDisplay(const std::string& result, const std::string& log);
+
   // The fonts, See All and stay-on-top of the settings, applied.
   void ApplySettings();
   // The window's place, size, state and splitter into settings.Main, and back.

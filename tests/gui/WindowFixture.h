@@ -1,5 +1,7 @@
 // A clean main window for each widget test: a temporary application folder,
-// default settings, no die types, and message boxes recorded instead of shown.
+// default settings, no die types, message boxes recorded instead of shown,
+// the script windows installed with no remembered places, and no window left
+// over from the test before.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,6 +13,8 @@
 #include <vector>
 
 #include "app/DialogModels.h"
+#include "app/QtScriptDialog.h"
+#include "app/QtScriptWindows.h"
 #include "app/QtUserInterface.h"
 #include "app/Settings.h"
 #include "app/frmMain.h"
@@ -25,12 +29,16 @@ namespace gandrel::testing {
 // The real Qt interface (events, busy pointer), with message boxes recorded.
 class RecordingQtUI : public QtUserInterface {
  public:
-  MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon,
+  MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon icon,
                         const std::string&) override {
     messages.push_back(text);
+    lastButtons = buttons;
+    lastIcon = icon;
     return buttons == MsgButtons::Ok ? MsgAnswer::Ok : answer;
   }
   std::vector<std::string> messages;
+  MsgButtons lastButtons = MsgButtons::Ok;
+  MsgIcon lastIcon = MsgIcon::None;
   MsgAnswer answer = MsgAnswer::No;  // what a Yes/No/Cancel box answers
 };
 
@@ -41,12 +49,24 @@ class WindowTest : public ::testing::Test {
     SetAppDirectory(folder.path().toStdString());
     ResetEngineState();
     ResetSettings();
+    scriptDialogPlaces = ScriptDialogPlaces{};
+  }
+
+  void TearDown() override {
+    window.reset();
+    QList<QPointer<QWidget>> left;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+      if (widget->parent() == nullptr) left.append(widget);
+    for (const QPointer<QWidget>& widget : left)
+      delete widget.data();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
 
   // A new main window, started as the program starts it.
   frmMain& StartWindow() {
     window.reset();  // the old window must be gone before the new one is the main view
     window = std::make_unique<frmMain>();
+    scriptWindows.Attach(window.get());
     window->Start();
     // No window manager here: make it the active window as one would.
     QApplication::setActiveWindow(window.get());
@@ -69,6 +89,7 @@ class WindowTest : public ::testing::Test {
 
   QTemporaryDir folder;
   RecordingQtUI ui;
+  QtScriptWindows scriptWindows;
   std::unique_ptr<frmMain> window;
 };
 

@@ -1,0 +1,409 @@
+#include "WindowFixture.h"
+#include "app/frmGet.h"
+#include "app/frmOutput.h"
+#include "app/frmPause.h"
+#include "app/frmPick.h"
+
+namespace gandrel::testing {
+namespace {
+
+using Items = std::vector<std::string>;
+
+// Runs act on the modal dialog of type Dialog as soon as it is up; anything
+// else that is up instead is closed, so that a failing test cannot hang.
+template <typename Dialog>
+void WhenUp(std::function<void(Dialog&)> act) {
+  QTimer::singleShot(0, [act] {
+    QWidget* modal = QApplication::activeModalWidget();
+    auto* dialog = qobject_cast<Dialog*>(modal);
+    if (dialog == nullptr) {
+      ADD_FAILURE() << "no " << Dialog::staticMetaObject.className() << " is up";
+      if (modal != nullptr) modal->close();
+      return;
+    }
+    act(*dialog);
+  });
+}
+
+// The widget that keys typed into the window reach.
+QWidget* KeyTarget(QWidget& window) {
+  return window.focusWidget() != nullptr ? window.focusWidget() : &window;
+}
+
+Qt::CursorShape Pointer() {
+  return QApplication::overrideCursor() ? QApplication::overrideCursor()->shape()
+                                        : Qt::BitmapCursor;  // none set
+}
+
+template <typename Window>
+std::vector<Window*> Shown() {
+  std::vector<Window*> found;
+  for (QWidget* widget : QApplication::topLevelWidgets())
+    if (auto* window = qobject_cast<Window*>(widget); window && window->isVisible())
+      found.push_back(window);
+  return found;
+}
+
+// Lets deleteLater() and the output windows' gathered text take effect.
+void Settle() {
+  QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QPoint CentreFor(const QWidget& window) {
+  QRect screen = window.screen()->geometry();
+  QSize size = window.frameGeometry().size();
+  return {screen.x() + (screen.width() - size.width()) / 2,
+          screen.y() + (screen.height() - size.height()) / 2};
+}
+
+enum class Way { Okay, Enter, Cancel, Escape, CloseBox, DoubleClick };
+
+// ---- frmGet ----------------------------------------------------------------
+
+TEST_F(WindowTest, GetStoresTheLeadingNumberOnOkayOnly) {
+  struct Case {
+    const char* typed;  // nullptr: the default as offered
+    Way way;
+    double stored;
+  } cases[] = {
+      {nullptr, Way::Okay, 15},  {"12abc", Way::Okay, 12}, {"abc", Way::Okay, 0},
+      {" 3.5", Way::Enter, 3.5}, {"-3", Way::Enter, -3},   {"1E999", Way::Okay, 0},
+      {"99", Way::Escape, 7},    {"99", Way::CloseBox, 7},
+  };
+  StartWindow();
+  ui.SetBusy(true);  // as a running script has it
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.typed ? c.typed : "(default)");
+    runFlags.InputValue = 7;
+    WhenUp<frmGet>([&](frmGet& get) {
+      EXPECT_EQ(get.windowTitle(), "Get...");
+      EXPECT_EQ(get.cmdOkay->text(), "&Okay");
+      EXPECT_EQ(get.lblPrompt->text(), "Hit points?");
+      EXPECT_EQ(get.txtGet->selectedText(), "15");  // typing replaces the default
+      EXPECT_EQ(Pointer(), Qt::ArrowCursor);
+      if (c.typed) QTest::keyClicks(get.txtGet, c.typed);
+      if (c.way == Way::Okay) QTest::mouseClick(get.cmdOkay, Qt::LeftButton);
+      if (c.way == Way::Enter) QTest::keyClick(get.txtGet, Qt::Key_Return);
+      if (c.way == Way::Escape) QTest::keyClick(KeyTarget(get), Qt::Key_Escape);
+      if (c.way == Way::CloseBox) get.close();
+    });
+    scriptWindows.GetNumber("Hit points?", "15");
+    EXPECT_EQ(runFlags.InputValue, c.stored);
+    EXPECT_EQ(Pointer(), Qt::WaitCursor);
+  }
+  ui.SetBusy(false);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+// A dialog comes back where the user left it; the first time, and after it
+// was left in the top left corner, it is centred.
+TEST_F(WindowTest, ScriptDialogsComeBackWhereTheyWereLeft) {
+  StartWindow();
+  // Where the user leaves the dialog each time.
+  const QPoint leftAt[] = {{90, 40}, {0, 0}, {200, 120}, {0, 0}};
+  bool centred = true;  // the first showing
+  QPoint last;
+  for (QPoint at : leftAt) {
+    WhenUp<frmGet>([&](frmGet& get) {
+      EXPECT_EQ(get.pos(), centred ? CentreFor(get) : last);
+      get.move(at);
+      get.close();
+    });
+    scriptWindows.GetNumber("", "");
+    EXPECT_EQ(QPoint(scriptDialogPlaces.Get.Left, scriptDialogPlaces.Get.Top), at);
+    centred = at.isNull();
+    last = at;
+  }
+
+  // The pick list keeps its size too; its first showing records its design size.
+  QSize design;
+  WhenUp<frmPick>([&](frmPick& pick) {
+    EXPECT_EQ(pick.pos(), CentreFor(pick));
+    design = pick.size();
+    pick.setGeometry(150, 100, design.width() + 60, design.height() + 40);
+    pick.cmdOkay->click();
+  });
+  scriptWindows.PickItem("", {"a"}, 1);
+  EXPECT_EQ(scriptDialogPlaces.Pick.Width, design.width() + 60);
+  WhenUp<frmPick>([&](frmPick& pick) {
+    EXPECT_EQ(pick.geometry(), QRect(150, 100, design.width() + 60, design.height() + 40));
+    pick.cmdCancel->click();
+  });
+  scriptWindows.PickItem("", {"a"}, 1);
+}
+
+// ---- frmPick ---------------------------------------------------------------
+
+TEST_F(WindowTest, PickListHandsBackTheItemNumber) {
+  struct Case {
+    int16_t preselected;
+    int choose;  // the row the user selects, -1: as preselected
+    Way way;
+    int16_t stored;
+  } cases[] = {
+      {2, -1, Way::Okay, 2},       {2, -1, Way::Enter, 2},  {1, 2, Way::Okay, 3},
+      {1, 1, Way::DoubleClick, 2}, {3, -1, Way::Cancel, 0}, {3, -1, Way::Escape, 0},
+      {3, -1, Way::CloseBox, 9},   {0, -1, Way::Okay, 0},   {4, -1, Way::Okay, 0},
+  };
+  StartWindow();
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::Message()
+                 << "preselected " << c.preselected << ", way " << static_cast<int>(c.way));
+    runFlags.PickIndex = 9;
+    WhenUp<frmPick>([&](frmPick& pick) {
+      EXPECT_EQ(pick.windowTitle(), "Pick List...");
+      EXPECT_EQ(pick.cmdOkay->text(), "&Okay");
+      EXPECT_EQ(pick.cmdCancel->text(), "&Cancel");
+      EXPECT_EQ(pick.lblPrompt->text(), "Please pick an item:");
+      ASSERT_EQ(pick.lstItems->count(), 3);
+      EXPECT_EQ(pick.lstItems->item(2)->text(), "long bow");
+      EXPECT_EQ(pick.lstItems->item(2)->data(Qt::UserRole).toInt(), 3);
+      bool valid = c.preselected >= 1 && c.preselected <= 3;
+      EXPECT_EQ(pick.lstItems->selectedItems().size(), valid ? 1 : 0);
+      if (valid) {
+        EXPECT_EQ(pick.lstItems->currentRow(), c.preselected - 1);
+      }
+      EXPECT_EQ(Pointer(), Qt::ArrowCursor);
+      if (c.choose >= 0) pick.lstItems->setCurrentRow(c.choose);
+      QWidget* viewport = pick.lstItems->viewport();
+      QPoint at = pick.lstItems->visualItemRect(pick.lstItems->currentItem()).center();
+      switch (c.way) {
+        case Way::Okay:
+          QTest::mouseClick(pick.cmdOkay, Qt::LeftButton);
+          break;
+        case Way::Enter:
+          QTest::keyClick(pick.lstItems, Qt::Key_Return);
+          break;
+        case Way::Cancel:
+          QTest::mouseClick(pick.cmdCancel, Qt::LeftButton);
+          break;
+        case Way::Escape:
+          QTest::keyClick(KeyTarget(pick), Qt::Key_Escape);
+          break;
+        case Way::CloseBox:
+          pick.close();
+          break;
+        case Way::DoubleClick:
+          // A double click arrives after the press and release of a first click.
+          QTest::mouseClick(viewport, Qt::LeftButton, {}, at);
+          QTest::mouseDClick(viewport, Qt::LeftButton, {}, at);
+          break;
+      }
+    });
+    scriptWindows.PickItem("Please pick an item:", {"sword", "dagger", "long bow"}, c.preselected);
+    EXPECT_EQ(runFlags.PickIndex, c.stored);
+  }
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+// ---- frmPause --------------------------------------------------------------
+
+TEST_F(WindowTest, EveryWayThePauseEndsClearsPaused) {
+  struct Case {
+    const char* way;
+    bool breaks;
+  } cases[] = {{"Continue", false},
+               {"Cancel", true},
+               {"Escape", true},
+               {"close box", false},
+               {"main Escape", true}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.way);
+    frmMain& w = StartWindow();
+    runFlags.Paused = true;  // as PAUSE sets it before showing the window
+    runFlags.PauseEnded = runFlags.BreakRequested = false;
+    scriptWindows.ShowPause();
+    std::vector<frmPause*> shown = Shown<frmPause>();
+    ASSERT_EQ(shown.size(), 1u);
+    frmPause& pause = *shown.front();
+    EXPECT_EQ(pause.windowTitle(), "Paused...");
+    EXPECT_EQ(pause.Command1->text(), "&Continue");
+    EXPECT_EQ(pause.btnCancel->text(), "Cancel");
+    EXPECT_EQ(pause.Label1->text(),
+              "Paused, please click 'Continue' to continue with the script...");
+    EXPECT_EQ(Pointer(), Qt::ArrowCursor);
+    EXPECT_TRUE(runFlags.Paused);
+    std::string way = c.way;
+    if (way == "Continue") QTest::mouseClick(pause.Command1, Qt::LeftButton);
+    if (way == "Cancel") QTest::mouseClick(pause.btnCancel, Qt::LeftButton);
+    if (way == "Escape") QTest::keyClick(KeyTarget(pause), Qt::Key_Escape);
+    if (way == "close box") pause.close();
+    if (way == "main Escape") QTest::keyClick(w.comboDieValue->lineEdit(), Qt::Key_Escape);
+    Settle();
+    EXPECT_TRUE(Shown<frmPause>().empty());
+    EXPECT_FALSE(runFlags.Paused);
+    EXPECT_TRUE(runFlags.PauseEnded);
+    EXPECT_EQ(runFlags.BreakRequested, c.breaks);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  }
+}
+
+// ---- frmOutput -------------------------------------------------------------
+
+TEST_F(WindowTest, OutputWindowsAppendClearAndOutliveTheirHandle) {
+  StartWindow();
+  settings.Fonts[kOutputFont] = FontSetting{"No Such Font Family", 15.5f, false, true};
+  auto first = scriptWindows.OpenOutputWindow("log", "Output Window 1: Log");
+  auto second = scriptWindows.OpenOutputWindow("dice", "Output Window 2: dice");
+  std::vector<frmOutput*> shown = Shown<frmOutput>();
+  ASSERT_EQ(shown.size(), 2u);
+  frmOutput& log = *(shown[0]->windowTitle().endsWith("Log") ? shown[0] : shown[1]);
+  EXPECT_EQ(log.btnFont->text(), "&Font");
+  EXPECT_EQ(log.btnClear->text(), "&Clear");
+  EXPECT_EQ(log.btnFont->parentWidget(), log.picButtonBar);
+  EXPECT_DOUBLE_EQ(log.txtWindow->font().pointSizeF(), 15.5);
+  EXPECT_TRUE(log.txtWindow->font().italic());
+
+  first->Print("Round 1");
+  first->Print(": 14\r\n");
+  first->Print("");
+  first->Print("\r\nend");
+  Settle();
+  EXPECT_EQ(log.txtWindow->toPlainText(), "Round 1: 14\n\nend");
+  first->Clear();
+  first->Print("after");
+  EXPECT_EQ(log.Text(), "after");  // what waits to be shown counts
+  QTest::mouseClick(log.btnClear, Qt::LeftButton);
+  Settle();
+  EXPECT_EQ(log.txtWindow->toPlainText(), "");
+
+  // Dropping the handle leaves the window up; Close() closes it.
+  second.reset();
+  EXPECT_EQ(Shown<frmOutput>().size(), 2u);
+  first->Close();
+  Settle();
+  EXPECT_EQ(Shown<frmOutput>().size(), 1u);
+  EXPECT_TRUE(settings.Fonts[kOutputFont].Italic);
+}
+
+// A window the user closed is ignored by everything the script does later,
+// whether it is already deleted or not.
+TEST_F(WindowTest, AnOutputWindowTheUserClosedIsIgnored) {
+  StartWindow();
+  for (bool deleted : {false, true}) {
+    SCOPED_TRACE(deleted ? "deleted" : "closed");
+    auto handle = scriptWindows.OpenOutputWindow("w", "Output Window 1: w");
+    QPointer<frmOutput> window = Shown<frmOutput>().front();
+    window->close();
+    if (deleted) Settle();
+    EXPECT_EQ(window.isNull(), deleted);
+    handle->Print("text");
+    handle->Clear();
+    handle->Raise();
+    handle->Close();
+    if (window) {
+      EXPECT_EQ(window->Text(), "");
+    }
+    EXPECT_TRUE(Shown<frmOutput>().empty());
+  }
+}
+
+// Printing inserts at the end of the text and never rewrites what is there,
+// so that a long PRINT loop stays linear.
+TEST_F(WindowTest, OutputIsInsertedAtTheEndOnly) {
+  StartWindow();
+  auto handle = scriptWindows.OpenOutputWindow("w", "Output Window 1: w");
+  frmOutput& window = *Shown<frmOutput>().front();
+  QTextDocument* document = window.txtWindow->document();
+  int changes = 0;
+  auto watch = QObject::connect(document, &QTextDocument::contentsChange,
+                                [&](int from, int removed, int added) {
+                                  ++changes;
+                                  EXPECT_EQ(removed, 0);
+                                  EXPECT_EQ(from, document->characterCount() - 1 - added);
+                                });
+  std::string expected;
+  for (int pass = 1; pass <= 300; ++pass) {
+    std::string line = std::to_string(pass) + (pass % 3 ? " " : "\r\n");
+    handle->Print(line);
+    expected += pass % 3 ? line : std::to_string(pass) + "\n";
+    if (pass % 7 == 0) Settle();
+  }
+  Settle();
+  QObject::disconnect(watch);
+  EXPECT_GE(changes, 40);
+  EXPECT_EQ(window.txtWindow->toPlainText().toStdString(), expected);
+}
+
+TEST_F(WindowTest, OutputFontDialogChangesTheWindowAloneAndCancelIsSilent) {
+  StartWindow();
+  auto handle = scriptWindows.OpenOutputWindow("w", "Output Window 1: w");
+  frmOutput& window = *Shown<frmOutput>().front();
+  QFont before = window.txtWindow->font();
+  for (bool accept : {false, true}) {
+    QFont chosen;
+    WhenUp<QFontDialog>([&](QFontDialog& dialog) {
+      EXPECT_EQ(dialog.currentFont().pointSizeF(), before.pointSizeF());
+      QFont bigger = before;
+      bigger.setPointSizeF(21);
+      dialog.setCurrentFont(bigger);
+      chosen = dialog.currentFont();
+      accept ? dialog.accept() : dialog.reject();
+    });
+    QTest::mouseClick(window.btnFont, Qt::LeftButton);
+    QFont now = window.txtWindow->font();
+    EXPECT_DOUBLE_EQ(now.pointSizeF(), accept ? 21 : before.pointSizeF());
+    if (accept) {
+      EXPECT_EQ(std::make_tuple(now.family(), now.bold(), now.italic()),
+                std::make_tuple(chosen.family(), chosen.bold(), chosen.italic()));
+    }
+  }
+  EXPECT_TRUE(ui.messages.empty());
+  EXPECT_DOUBLE_EQ(settings.Fonts[kOutputFont].Size, 12);
+}
+
+// ---- The main window during a script ----------------------------------------
+
+TEST_F(WindowTest, DisplayShowsResultAndLogOnly) {
+  frmMain& w = StartWindow();
+  QGuiApplication::clipboard()->setText("before");
+  scriptWindows.Display("17", "3d6= +6+5+6= 17\r\nCalc: 17=17\r\n");
+  EXPECT_EQ(w.lblResult->text(), "17");
+  EXPECT_EQ(w.txtEachResult->toPlainText(), "3d6= +6+5+6= 17\nCalc: 17=17\n");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
+  EXPECT_EQ(w.comboDieValue->count(), 1);  // the first roll alone
+}
+
+// Escape on the main window or an output window asks for a break; under
+// BREAKOFF a second Escape asks whether to stop anyway.
+TEST_F(WindowTest, EscapeBreaksAndASecondOneUnderBreakOffAsks) {
+  struct Case {
+    bool breakEnabled, alreadyRequested;
+    MsgAnswer answer;
+    bool asked, forced;
+  } cases[] = {
+      {true, false, MsgAnswer::Yes, false, false},  {true, true, MsgAnswer::Yes, false, false},
+      {false, false, MsgAnswer::Yes, false, false}, {false, true, MsgAnswer::No, true, false},
+      {false, true, MsgAnswer::Yes, true, true},
+  };
+  frmMain& w = StartWindow();
+  auto handle = scriptWindows.OpenOutputWindow("w", "Output Window 1: w");
+  frmOutput& output = *Shown<frmOutput>().front();
+  for (QWidget* target : {static_cast<QWidget*>(w.comboDieValue->lineEdit()),
+                          static_cast<QWidget*>(output.txtWindow)}) {
+    QApplication::setActiveWindow(target->window());
+    for (const Case& c : cases) {
+      SCOPED_TRACE(::testing::Message() << target->window()->objectName().toStdString()
+                                        << (c.breakEnabled ? " BREAKON" : " BREAKOFF"));
+      ui.messages.clear();
+      ui.answer = c.answer;
+      runFlags.ScriptRunning = true;
+      runFlags.BreakEnabled = c.breakEnabled;
+      runFlags.BreakRequested = c.alreadyRequested;
+      runFlags.BreakForced = false;
+      QTest::keyClick(target, Qt::Key_Escape);
+      EXPECT_TRUE(runFlags.BreakRequested);
+      EXPECT_EQ(runFlags.BreakForced, c.forced);
+      ASSERT_EQ(ui.messages.size(), c.asked ? 1u : 0u);
+      if (!c.asked) continue;
+      EXPECT_EQ(ui.messages[0], "The script has switched breaking off. Stop it anyway?");
+      EXPECT_EQ(ui.lastButtons, MsgButtons::YesNo);
+      EXPECT_EQ(ui.lastIcon, MsgIcon::Question);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace gandrel::testing
