@@ -282,16 +282,23 @@ bool frmMain::SaveAll() {
 
 void frmMain::closeEvent(QCloseEvent* event) {
   if (rolling_) {
-    // Break the roll first; RollClicked closes the window when it has ended.
+    // Break the roll first, a script even under BREAKOFF, and close the
+    // windows it waits for; RollClicked closes this window when it has ended.
     runFlags.BreakRequested = true;
+    if (runFlags.ScriptRunning) runFlags.BreakForced = true;
     closePending_ = true;
+    CloseOtherWindows();
     event->ignore();
     return;
   }
   SaveAll();
+  CloseOtherWindows();
+  event->accept();
+}
+
+void frmMain::CloseOtherWindows() {
   for (QWidget* window : QApplication::topLevelWidgets())
     if (window != this && window->isVisible()) window->close();
-  event->accept();
 }
 
 // ---- The roll ----------------------------------------------------------------
@@ -319,6 +326,7 @@ void frmMain::RollClicked() {
 // would. Enter goes no further: the combo box has nothing to add (it would
 // take it for the pick of an entry whose text equals the typed one).
 void frmMain::RollFromEnter() {
+  if (!Idle()) return;
   RollClicked();
   QKeyEvent left(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
   QCoreApplication::sendEvent(comboDieValue->lineEdit(), &left);
@@ -339,10 +347,10 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     }
   } else if (watched == txtScript && event->type() == QEvent::FocusIn) {
     Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
+    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason && Idle())
       ScriptEditorFocused();
   } else if (watched == txtScript->viewport() && event->type() == QEvent::MouseButtonPress) {
-    ScriptEditorClicked();
+    if (Idle()) ScriptEditorClicked();
   }
   return QWidget::eventFilter(watched, event);
 }
@@ -420,18 +428,21 @@ std::string frmMain::AskScriptFile(FileQuestion question, const std::string& tit
 // ---- The die-value list ------------------------------------------------------
 
 void frmMain::DieValuePicked(int index) {
-  if (rolling_) return;
-  PickDieValue(comboDieValue->itemText(index).toStdString());
+  if (Idle()) PickDieValue(comboDieValue->itemText(index).toStdString());
+}
+
+bool frmMain::Idle() const {
+  return !rolling_ && !runFlags.ScriptRunning;
 }
 
 void frmMain::WhenIdle(void (*operation)()) {
-  if (!rolling_) operation();
+  if (Idle()) operation();
 }
 
 // ---- Dialogs -----------------------------------------------------------------
 
 void frmMain::ShowPrefs() {
-  if (rolling_) return;
+  if (!Idle()) return;
   frmPrefs dialog(this);
   connect(&dialog, &frmPrefs::applied, this, [this] {
     ApplySettings();
@@ -441,7 +452,7 @@ void frmMain::ShowPrefs() {
 }
 
 void frmMain::ShowDefine() {
-  if (rolling_) return;
+  if (!Idle()) return;
   frmDefine dialog(this);
   connect(&dialog, &frmDefine::applied, this, &frmMain::StorePlacement);
   dialog.exec();

@@ -4,10 +4,13 @@
 // each-result text, the script editor with its New, Load and Save buttons,
 // and the buttons for Preferences, Define Die Types, About and Exit. It is
 // the MainView through which the shell makes a roll, and it keeps one roll at
-// a time: while a roll runs (and pumps events) Roll and Enter are ignored and
-// the buttons that would start something else are disabled. Closing the
-// window breaks a running roll first, then saves the settings and closes
-// every other window of Gandrel.
+// a time: while a roll or a script runs (and pumps events) Roll, Enter,
+// picking an entry of the list, New, Load, Save and the rewriting of the die
+// value by the script editor do nothing, and the buttons that would start
+// something else are disabled. Escape asks the roll or script to break.
+// Closing the window breaks a running roll or script first (even one that
+// switched breaking off) and closes its windows, then saves the settings and
+// closes every other window of Gandrel.
 #pragma once
 
 #include <QWidget>
@@ -95,8 +98,11 @@ class frmMain : public QWidget, public MainView {
   void ShowAbout();
   void SetRollControlsEnabled(bool enabled);
   void RollFromEnter();
-  // Runs a shell operation of the script editor unless a roll is under way.
+  // No roll and no script under way.
+  bool Idle() const;
+  // Runs a shell operation of the script editor when idle.
   void WhenIdle(void (*operation)());
+  void CloseOtherWindows();
 
   bool rolling_ = false;
   bool closePending_ = false;

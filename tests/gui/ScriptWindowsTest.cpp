@@ -204,11 +204,8 @@ TEST_F(WindowTest, EveryWayThePauseEndsClearsPaused) {
   struct Case {
     const char* way;
     bool breaks;
-  } cases[] = {{"Continue", false},
-               {"Cancel", true},
-               {"Escape", true},
-               {"close box", false},
-               {"main Escape", true}};
+  } cases[] = {{"Continue", false},  {"Cancel", true},      {"Escape", true},
+               {"close box", false}, {"main Escape", true}, {"main window closed", false}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.way);
     frmMain& w = StartWindow();
@@ -231,6 +228,7 @@ TEST_F(WindowTest, EveryWayThePauseEndsClearsPaused) {
     if (way == "Escape") QTest::keyClick(KeyTarget(pause), Qt::Key_Escape);
     if (way == "close box") pause.close();
     if (way == "main Escape") QTest::keyClick(w.comboDieValue->lineEdit(), Qt::Key_Escape);
+    if (way == "main window closed") w.close();
     Settle();
     EXPECT_TRUE(Shown<frmPause>().empty());
     EXPECT_FALSE(runFlags.Paused);
@@ -403,6 +401,67 @@ TEST_F(WindowTest, EscapeBreaksAndASecondOneUnderBreakOffAsks) {
       EXPECT_EQ(ui.lastIcon, MsgIcon::Question);
     }
   }
+}
+
+// While a script runs, its pumps may reach every handler of the main window:
+// those that would roll, load or rewrite the die value do nothing.
+TEST_F(WindowTest, WhileAScriptRunsTheMainWindowStartsNothing) {
+  QString script = folder.filePath("fight.die");
+  QFile file(script);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("result = 1\r\n");
+  file.close();
+  frmMain& w = StartWindow();
+  TypeAndEnter(script);
+  w.txtScript->setPlainText("var x");
+  std::string result = w.lblResult->text().toStdString();
+  int entries = w.comboDieValue->count();
+
+  runFlags.ScriptRunning = true;
+  TypeAndEnter("2d4");
+  QTest::mouseClick(w.btnRoll, Qt::LeftButton);
+  w.comboDieValue->setCurrentIndex(w.comboDieValue->findText(script));
+  emit w.comboDieValue->activated(w.comboDieValue->currentIndex());
+  w.btnNewScript->click();
+  w.btnLoadScript->click();
+  w.btnSaveScript->click();
+  w.txtScript->setFocus();
+  QTest::mouseClick(w.txtScript->viewport(), Qt::LeftButton);
+  runFlags.ScriptRunning = false;
+
+  EXPECT_EQ(w.lblResult->text().toStdString(), result);
+  EXPECT_EQ(w.comboDieValue->count(), entries);
+  EXPECT_EQ(w.comboDieValue->currentText(), script);  // not "<current script>"
+  EXPECT_EQ(w.txtScript->toPlainText(), "var x");
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+// Closing the main window during a run breaks it even under BREAKOFF, closes
+// the windows it waits for and the output windows, then saves and closes.
+TEST_F(WindowTest, ClosingTheMainWindowEndsARunThatSwitchedBreakingOff) {
+  frmMain& w = StartWindow();
+  w.comboDieValue->setEditText("200000d6");
+  std::unique_ptr<OutputWindow> output;
+  SetPumpEveryCall(true);
+  QTimer::singleShot(0, [&] {
+    runFlags.ScriptRunning = true;
+    runFlags.BreakEnabled = false;
+    output = scriptWindows.OpenOutputWindow("w", "Output Window 1: w");
+    runFlags.Paused = true;
+    scriptWindows.ShowPause();
+    w.close();
+    EXPECT_TRUE(w.isVisible());
+    EXPECT_TRUE(runFlags.BreakForced);
+    EXPECT_FALSE(runFlags.Paused);
+    EXPECT_TRUE(Shown<frmOutput>().empty());
+    EXPECT_TRUE(Shown<frmPause>().empty());
+    EXPECT_FALSE(FileExists("gandrel.ini"));
+  });
+  w.btnRoll->click();
+  runFlags.ScriptRunning = false;
+  EXPECT_EQ(w.lblResult->text(), "<break>");
+  EXPECT_FALSE(w.isVisible());
+  EXPECT_TRUE(FileExists("gandrel.ini"));
 }
 
 }  // namespace
