@@ -12,10 +12,12 @@
 #include <vector>
 
 #include "app/modGandrel.h"
+#include "calc/Basic.h"
 #include "calc/Markers.h"
 #include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
 #include "cli/CliJson.h"
+#include "cli/CliScripts.h"
 #include "dice/Random.h"
 
 namespace gandrel::cli {
@@ -33,27 +35,11 @@ extern "C" void OnInterrupt(int) {
   interrupts = 1;
 }
 
-// Line breaks of any kind (CR LF, LF, CR) as LF.
-std::string UnixLines(const std::string& text) {
-  if (text.find('\r') == std::string::npos) return text;
-  std::string out;
-  out.reserve(text.size());
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\r') {
-      out += text[i];
-    } else if (i + 1 < text.size() && text[i + 1] == '\n') {
-      // The LF that follows is the break.
-    } else {
-      out += '\n';
-    }
-  }
-  return out;
-}
-
-// The main window as the terminal keeps it: the texts of the last roll.
+// The main window as the terminal keeps it: the texts of the last roll, and
+// as its script editor the script file that the roll runs.
 class TerminalView final : public MainView {
  public:
-  std::string dieValue, result, eachResult, clipboard;
+  std::string dieValue, result, eachResult, clipboard, script;
 
   std::string DieValueText() const override { return dieValue; }
   void SetDieValueText(const std::string& text) override { dieValue = text; }
@@ -67,8 +53,7 @@ class TerminalView final : public MainView {
     eachResult = outcome.eachResult;
     clipboard = outcome.clipboard;
   }
-  // The terminal has no script editor: a script runs from its file.
-  std::string ScriptText() const override { return ""; }
+  std::string ScriptText() const override { return script; }
   void SetScriptText(const std::string&) override {}
   void ShowScriptState(const std::string&, bool) override {}
   std::string AskScriptFile(FileQuestion, const std::string&, const std::string&) override {
@@ -100,16 +85,19 @@ class TerminalUI final : public UserInterface {
   FILE* err_;
 };
 
-// Installs the terminal's view and interface for the length of a run.
+// Installs the terminal's view, interface and script windows for the length
+// of a run.
 class Attached {
  public:
-  Attached(MainView& view, UserInterface& ui) {
+  Attached(MainView& view, UserInterface& ui, ScriptWindows& windows) {
     SetMainView(&view);
     SetUI(&ui);
+    SetScriptWindows(&windows);
   }
   ~Attached() {
     SetMainView(nullptr);
     SetUI(nullptr);
+    SetScriptWindows(nullptr);
   }
   Attached(const Attached&) = delete;
   Attached& operator=(const Attached&) = delete;
@@ -117,14 +105,19 @@ class Attached {
 
 class RollLoop {
  public:
-  RollLoop(const CliOptions& options, FILE* out, TerminalView& view)
-      : options_(options), out_(out), outIsTerminal_(isatty(fileno(out)) == 1), view_(view) {}
+  RollLoop(const CliOptions& options, FILE* out, TerminalView& view, TerminalWindows& windows)
+      : options_(options),
+        out_(out),
+        outIsTerminal_(isatty(fileno(out)) == 1),
+        view_(view),
+        windows_(windows) {}
 
   // Rolls dieValue as often as asked; false once the run was interrupted.
   bool Roll(const std::string& dieValue) {
     for (long k = 0; k < options_.repeat; ++k) {
+      windows_.StartRoll();
       view_.SetDieValueText(dieValue);
-      RollDieValue();
+      if (LoadScript(dieValue)) RollDieValue();
       Print();
       if (IsFailureMarker(view_.result)) status = 1;
       if (interrupts) {
@@ -138,13 +131,28 @@ class RollLoop {
   int status = 0;
 
  private:
+  // A die value naming a script file runs the file: it is read into the
+  // stand-in for the script editor. A file that cannot be read is reported
+  // and gives an empty result.
+  bool LoadScript(const std::string& dieValue) {
+    if (!IsScriptFileName(dieValue)) return true;
+    std::string name = Trim(dieValue), reason;
+    if (ReadScriptFile(name, view_.script, reason)) return true;
+    MsgBox("cannot read " + name + ": " + reason);
+    view_.result = view_.eachResult = "";
+    view_.clipboard = " rolls  on " + view_.dieValue;
+    status = 1;
+    return false;
+  }
+
   void Print() {
     text_.clear();
+    windows_.FinishLine();
     if (options_.json) {
       text_ = "{\"dieValue\":" + JsonString(view_.dieValue) +
               ",\"result\":" + JsonString(view_.result) +
               ",\"details\":" + JsonString(view_.eachResult) +
-              ",\"clipboard\":" + JsonString(view_.clipboard) + "}\n";
+              ",\"clipboard\":" + JsonString(view_.clipboard) + WindowsJson() + "}\n";
     } else {
       text_ = UnixLines(view_.result) + "\n";
       if (!options_.quiet && !view_.eachResult.empty()) {
@@ -156,10 +164,23 @@ class RollLoop {
     if (outIsTerminal_) std::fflush(out_);
   }
 
+  // ',"windows":{name: text, ...}' when the roll opened output windows.
+  std::string WindowsJson() const {
+    TerminalWindows::WindowTexts windows = windows_.WindowsOfRoll();
+    if (windows.empty()) return "";
+    std::string json = ",\"windows\":{";
+    for (size_t i = 0; i < windows.size(); ++i) {
+      if (i > 0) json += ',';
+      json += JsonString(windows[i].first) + ":" + JsonString(windows[i].second);
+    }
+    return json + "}";
+  }
+
   const CliOptions& options_;
   FILE* out_;
   bool outIsTerminal_;
   TerminalView& view_;
+  TerminalWindows& windows_;
   std::string text_;
 };
 
@@ -195,6 +216,10 @@ void NoteInterrupt() {
   interrupts = 1;
 }
 
+bool Interrupted() {
+  return interrupts != 0;
+}
+
 void ClearInterrupts() {
   interrupts = 0;
 }
@@ -222,11 +247,19 @@ int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err) {
 
   TerminalView view;
   TerminalUI ui(out, err);
-  Attached attached(view, ui);
+  TerminalWindowsSetup setup;
+  setup.in = in;
+  setup.out = out;
+  setup.err = err;
+  setup.interactive = isatty(fileno(in)) == 1;
+  setup.echoWindows = !options.quiet && !options.json;
+  setup.echoDisplay = !options.json;
+  TerminalWindows windows(setup);
+  Attached attached(view, ui, windows);
   StartUp();
   if (options.seed) SeedRandom(*options.seed);
 
-  RollLoop loop(options, out, view);
+  RollLoop loop(options, out, view, windows);
   if (options.dieValues.empty()) {
     ReadAndRoll(in, out, loop);
   } else {

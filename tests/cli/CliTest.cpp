@@ -112,7 +112,6 @@ TEST_F(CliRunTest, OutputAndStatus) {
       {{"2+3", "-n", "2"}, "", "5\nCalc: 2+3=5\n5\nCalc: 2+3=5\n", 0},
       {{"-q", "2+3", "2+"}, "", "5\n<calc error>\n", 1},
       {{"-q"}, "2+3\r\n\n@x\n", "5\n0\n<script error>\n", 1},
-      {{}, "a.die", "<script error>\nScripts are not available in this build.\n", 1},
       {{"--json", "1/4"},
        "",
        R"({"dieValue":"1/4","result":".25","details":"Calc: 1/4=.25","clipboard":" rolls .25 on 1/4"})"
@@ -139,6 +138,22 @@ TEST_F(CliRunTest, MessagesAndInterrupts) {
   o = Run({"-q", "100d6", "2+2"});
   EXPECT_EQ(o.out, "<break>\n");  // the roll breaks and the run stops
   EXPECT_EQ(o.status, 1);
+}
+
+// A script file that cannot be read is reported and gives an empty result;
+// the rolls after it go on.
+TEST_F(CliRunTest, AScriptFileThatCannotBeRead) {
+  std::string missing = (config / "missing.DIE").string();
+  Outcome o = Run({"-q", " " + missing + " ", "2"});
+  EXPECT_EQ(std::make_tuple(o.status, o.out, o.err),
+            std::make_tuple(1, std::string("\n2\n"),
+                            "gandrel: cannot read " + missing + ": No such file or directory\n"));
+  std::string folder = (config / "folder.die").string();
+  fs::create_directory(folder);
+  o = Run({"--json", folder});
+  EXPECT_EQ(o.out, "{\"dieValue\":" + JsonString(folder) +
+                       R"(,"result":"","details":"","clipboard":" rolls  on )" + folder + "\"}\n");
+  EXPECT_EQ(o.err, "gandrel: cannot read " + folder + ": Is a directory\n");
 }
 
 TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {

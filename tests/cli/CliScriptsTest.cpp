@@ -1,0 +1,265 @@
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <tuple>
+#include <vector>
+
+#include "calc/RunFlags.h"
+#include "cli/CliRun.h"
+#include "cli/CliScripts.h"
+#include "support/EngineFixture.h"
+
+namespace gandrel::cli {
+namespace {
+
+using Items = std::vector<std::string>;
+
+// The terminal's script windows over memory streams: answers from input,
+// what goes to standard output and standard error kept as texts.
+class Terminal {
+ public:
+  explicit Terminal(std::string input, bool interactive = false, bool echoWindows = true,
+                    bool echoDisplay = true)
+      : input_(std::move(input)) {
+    TerminalWindowsSetup setup;
+    // fmemopen wants a size of at least 1.
+    setup.in =
+        input_.empty() ? std::fopen("/dev/null", "r") : fmemopen(input_.data(), input_.size(), "r");
+    setup.out = open_memstream(&outText_, &outSize_);
+    setup.err = open_memstream(&errText_, &errSize_);
+    setup.interactive = interactive;
+    setup.echoWindows = echoWindows;
+    setup.echoDisplay = echoDisplay;
+    files_ = {setup.in, setup.out, setup.err};
+    windows = std::make_unique<TerminalWindows>(setup);
+  }
+  ~Terminal() {
+    windows.reset();
+    for (FILE* f : files_)
+      std::fclose(f);
+    std::free(outText_);
+    std::free(errText_);
+  }
+
+  std::string Out() {
+    std::fflush(files_[1]);
+    return std::string(outText_, outSize_);
+  }
+  std::string Err() {
+    std::fflush(files_[2]);
+    return std::string(errText_, errSize_);
+  }
+
+  std::unique_ptr<TerminalWindows> windows;
+
+ private:
+  std::string input_;
+  std::vector<FILE*> files_;
+  char *outText_ = nullptr, *errText_ = nullptr;
+  size_t outSize_ = 0, errSize_ = 0;
+};
+
+class TerminalWindowsTest : public testing::EngineTest {};
+
+TEST_F(TerminalWindowsTest, GetReadsALineAndEnterOrTheEndKeepsTheDefault) {
+  // The input, whether it comes from a terminal, the default, what GET
+  // stores and the standard error.
+  const std::tuple<std::string, bool, std::string, double, std::string> cases[] = {
+      {"", false, "15", 15, "Hit points? [15]: \n"},
+      {"\n", false, "15", 15, "Hit points? [15]: \n"},
+      {"   \r\n", false, "15", 15, "Hit points? [15]:    \n"},
+      {"12abc\n", false, "15", 12, "Hit points? [15]: 12abc\n"},
+      {"-3\r\n4\n", false, "15", -3, "Hit points? [15]: -3\n"},
+      {"abc", false, "15", 0, "Hit points? [15]: abc\n"},
+      {"", false, "", 0, "Hit points? []: \n"},
+      {"7\n", true, "15", 7, "Hit points? [15]: "},  // the terminal shows the answer
+      {"", true, "15", 15, "Hit points? [15]: \n"},
+  };
+  for (const auto& [input, interactive, defaultText, stored, err] : cases) {
+    SCOPED_TRACE(input);
+    Terminal terminal(input, interactive);
+    runFlags.InputValue = 99;
+    terminal.windows->GetNumber("Hit points?", defaultText);
+    EXPECT_EQ(runFlags.InputValue, stored);
+    EXPECT_EQ(terminal.Err(), err);
+    EXPECT_EQ(terminal.Out(), "");
+  }
+}
+
+TEST_F(TerminalWindowsTest, PickListReadsAChoice) {
+  // The input, whether it comes from a terminal, the preselected item and
+  // what PICKLIST stores.
+  const std::tuple<std::string, bool, int16_t, int16_t> cases[] = {
+      {"", false, 2, 2},         {"\n", false, 2, 2},     {" 3 \n", false, 2, 3},
+      {"0\n", false, 2, 0},      {"x\n1\n", false, 2, 0}, {"4\n", false, 2, 0},
+      {"-1\n", false, 2, 0},     {"", false, 0, 0},       {"", false, 7, 0},
+      {"x\n9\n1\n", true, 2, 1}, {"x\n", true, 2, 2},  // then the end of the input
+  };
+  for (const auto& [input, interactive, selected, stored] : cases) {
+    SCOPED_TRACE(input + (interactive ? " (terminal)" : ""));
+    Terminal terminal(input, interactive);
+    runFlags.PickIndex = 99;
+    terminal.windows->PickItem("Weapon?", {"sword", "dagger", "long bow"}, selected);
+    EXPECT_EQ(runFlags.PickIndex, stored);
+  }
+
+  Terminal once("x\n");
+  once.windows->PickItem("Weapon?", {"sword", "dagger", "long bow"}, 2);
+  EXPECT_EQ(once.Err(),
+            "Weapon?\n  1. sword\n  2. dagger\n  3. long bow\n  0. Cancel\nChoice [2]: x\n");
+  Terminal again("x\n11\n", true);
+  again.windows->PickItem("", Items(10, "d"), 10);
+  std::string err = again.Err();
+  EXPECT_EQ(err.substr(0, 8), "\n   1. d");
+  EXPECT_NE(err.find("\n  10. d\n   0. Cancel\nChoice [10]: Choice [10]: Choice [10]: \n"),
+            std::string::npos)
+      << err;
+}
+
+// Prompts take their answers line by line from the one input; a pause from a
+// pipe takes none.
+TEST_F(TerminalWindowsTest, PromptsShareTheInputAndPauseWaitsOnlyOnATerminal) {
+  for (bool interactive : {false, true}) {
+    SCOPED_TRACE(interactive ? "terminal" : "pipe");
+    Terminal terminal("4\n\n5\n", interactive);
+    terminal.windows->GetNumber("a", "1");
+    EXPECT_EQ(runFlags.InputValue, 4);
+    runFlags.Paused = true;
+    terminal.windows->ShowPause();
+    EXPECT_FALSE(runFlags.Paused);
+    EXPECT_TRUE(runFlags.PauseEnded);
+    terminal.windows->GetNumber("b", "1");
+    EXPECT_EQ(runFlags.InputValue, interactive ? 5 : 1);
+    std::string err = terminal.Err();
+    EXPECT_EQ(
+        err.find("Paused, please press Enter to continue with the script...") != std::string::npos,
+        interactive);
+    EXPECT_FALSE(runFlags.BreakRequested);
+  }
+}
+
+TEST_F(TerminalWindowsTest, OutputWindowsEchoAsPrintedAndKeepTheirLastText) {
+  Terminal terminal("");
+  TerminalWindows& w = *terminal.windows;
+  auto log = w.OpenOutputWindow("log", "Output Window 1: log");
+  auto dice = w.OpenOutputWindow("dice", "Output Window 2: dice");
+  log->Print("Round 1");
+  dice->Print("4\r\n");
+  log->Print(": 14\r\n\r\nend");
+  w.Display("17", "the log");
+  log->Clear();
+  log->Print("kept");
+  log->Close();
+  log->Print(" not kept");
+  dice->Clear();
+  EXPECT_EQ(terminal.Out(), "Round 14\n: 14\n\nend\n17\nkept");
+  w.FinishLine();
+  w.FinishLine();
+  EXPECT_EQ(terminal.Out(), "Round 14\n: 14\n\nend\n17\nkept\n");
+  EXPECT_EQ(w.WindowsOfRoll(), (TerminalWindows::WindowTexts{{"log", "kept"}, {"dice", ""}}));
+
+  // A name opened again after it was closed is the later window.
+  auto later = w.OpenOutputWindow("log", "Output Window 1: log");
+  later->Print("again\r\n");
+  EXPECT_EQ(w.WindowsOfRoll(), (TerminalWindows::WindowTexts{{"log", "again\r\n"}, {"dice", ""}}));
+  w.StartRoll();
+  EXPECT_TRUE(w.WindowsOfRoll().empty());
+}
+
+TEST_F(TerminalWindowsTest, QuietAndJsonEchoLess) {
+  // Echo window text, echo DISPLAY, what standard output gets.
+  const std::tuple<bool, bool, std::string> cases[] = {
+      {false, true, "17\n"},  // -q
+      {false, false, ""},     // --json
+  };
+  for (const auto& [echoWindows, echoDisplay, out] : cases) {
+    Terminal terminal("", false, echoWindows, echoDisplay);
+    auto window = terminal.windows->OpenOutputWindow("w", "Output Window 1: w");
+    window->Print("text");
+    terminal.windows->Display("17", "");
+    terminal.windows->FinishLine();
+    EXPECT_EQ(terminal.Out(), out);
+    EXPECT_EQ(terminal.windows->WindowsOfRoll(), (TerminalWindows::WindowTexts{{"w", "text"}}));
+  }
+}
+
+// Ctrl-C while a prompt waits: a break, and the answer stays as it was.
+TEST_F(TerminalWindowsTest, CtrlCDuringAPromptIsABreak) {
+  int fds[2];
+  ASSERT_EQ(pipe(fds), 0);
+  FILE* in = fdopen(fds[0], "r");
+  char* outText = nullptr;
+  size_t outSize = 0;
+  FILE* out = open_memstream(&outText, &outSize);
+  TerminalWindowsSetup setup;
+  setup.in = in;
+  setup.out = setup.err = out;
+  TerminalWindows windows(setup);
+  ClearInterrupts();
+  InstallInterruptHandler();
+  pthread_t prompting = pthread_self();
+  std::atomic<bool> answered = false, gaveUp = false;
+  // Should the signal come before the prompt waits, the end of the input
+  // ends the wait instead, and the test fails rather than hangs.
+  std::thread user([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    pthread_kill(prompting, SIGINT);
+    for (int i = 0; i < 200 && !answered; ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    if (!answered) {
+      gaveUp = true;
+      close(fds[1]);
+    }
+  });
+  runFlags.InputValue = 99;
+  windows.GetNumber("Hit points?", "15");
+  answered = true;
+  user.join();
+  std::signal(SIGINT, SIG_DFL);
+  EXPECT_FALSE(gaveUp);
+  EXPECT_TRUE(Interrupted());
+  EXPECT_TRUE(runFlags.BreakRequested);
+  EXPECT_EQ(runFlags.InputValue, 99);
+  ClearInterrupts();
+  std::fclose(in);
+  if (!gaveUp) close(fds[1]);
+  std::fclose(out);
+  std::free(outText);
+}
+
+// The terminal's stand-in for the script editor holds a file as the editor
+// would: lines ended by CR LF, whatever the file used, without a byte-order
+// mark.
+TEST(CliScriptFiles, LineEndsAndByteOrderMark) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"var x\r\nresult = 2\r\n", "var x\r\nresult = 2"},
+      {"var x\nresult = 2\n", "var x\r\nresult = 2"},
+      {"\xEF\xBB\xBFvar x\nresult = 2", "var x\r\nresult = 2"},
+      {"", ""},
+  };
+  std::filesystem::path file = std::filesystem::temp_directory_path() /
+                               ("gandrel-script-" + std::to_string(getpid()) + ".die");
+  for (const auto& [content, script] : cases) {
+    std::ofstream(file, std::ios::binary) << content;
+    std::string text = "before", reason;
+    EXPECT_TRUE(ReadScriptFile(file.string(), text, reason)) << reason;
+    EXPECT_EQ(text, script);
+  }
+  std::filesystem::remove(file);
+  std::string text, reason;
+  EXPECT_FALSE(ReadScriptFile(file.string(), text, reason));
+  EXPECT_EQ(reason, "No such file or directory");
+}
+
+}  // namespace
+}  // namespace gandrel::cli
