@@ -10,12 +10,16 @@
 #include <QTextCursor>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/QtFonts.h"
 #include "app/QtScriptWindows.h"
 #include "app/Settings.h"
 
 namespace gandrel {
+
+static constexpr qint64 kMinFlushGap = 16;  // ms: about a frame
+static constexpr qint64 kMaxFlushGap = 1000;
 
 frmOutput::frmOutput(QWidget* parent) : QWidget(parent, Qt::Window) {
   setObjectName("frmOutput");
@@ -51,7 +55,7 @@ frmOutput::frmOutput(QWidget* parent) : QWidget(parent, Qt::Window) {
   flush_ = new QTimer(this);
   flush_->setSingleShot(true);
   flush_->setInterval(0);
-  connect(flush_, &QTimer::timeout, this, &frmOutput::FlushPending);
+  connect(flush_, &QTimer::timeout, this, &frmOutput::ShowPending);
   connect(btnClear, &QPushButton::clicked, this, &frmOutput::Clear);
   connect(btnFont, &QPushButton::clicked, this, &frmOutput::ChooseFont);
 
@@ -66,7 +70,10 @@ void frmOutput::Append(const std::string& text) {
   piece.replace("\r\n", "\n");
   piece.replace('\r', '\n');
   pending_ += piece;
-  if (!flush_->isActive()) flush_->start();
+  if (flush_->isActive()) return;
+  qint64 wait = 0;
+  if (sinceFlush_.isValid()) wait = std::max<qint64>(0, flushGap_ - sinceFlush_.elapsed());
+  flush_->start(static_cast<int>(wait));
 }
 
 void frmOutput::Clear() {
@@ -80,9 +87,13 @@ QString frmOutput::Text() const {
 }
 
 // One insertion at the end for everything printed since the last one; the
-// view follows the end when it was showing it.
-void frmOutput::FlushPending() {
+// view follows the end when it was showing it. The next insertion waits four
+// times as long as this one took, and at least a frame.
+void frmOutput::ShowPending() {
+  flush_->stop();
   if (pending_.isEmpty()) return;
+  QElapsedTimer cost;
+  cost.start();
   QScrollBar* bar = txtWindow->verticalScrollBar();
   bool atEnd = bar->value() >= bar->maximum();
   QTextCursor end(txtWindow->document());
@@ -90,6 +101,8 @@ void frmOutput::FlushPending() {
   end.insertText(pending_);
   pending_.clear();
   if (atEnd) bar->setValue(bar->maximum());
+  flushGap_ = std::clamp<qint64>(cost.elapsed() * 4, kMinFlushGap, kMaxFlushGap);
+  sinceFlush_.restart();
 }
 
 void frmOutput::ChooseFont() {

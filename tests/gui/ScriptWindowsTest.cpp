@@ -258,8 +258,15 @@ TEST_F(WindowTest, OutputWindowsAppendClearAndOutliveTheirHandle) {
   first->Print(": 14\r\n");
   first->Print("");
   first->Print("\r\nend");
-  Settle();
+  Settle();  // the first text goes in at once
   EXPECT_EQ(log.txtWindow->toPlainText(), "Round 1: 14\n\nend");
+  // Text printed right after is gathered a little longer, and then shown.
+  first->Print("!");
+  QElapsedTimer clock;
+  clock.start();
+  while (log.txtWindow->toPlainText().size() < 17 && clock.elapsed() < 3000)
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+  EXPECT_EQ(log.txtWindow->toPlainText(), "Round 1: 14\n\nend!");
   first->Clear();
   first->Print("after");
   EXPECT_EQ(log.Text(), "after");  // what waits to be shown counts
@@ -317,9 +324,9 @@ TEST_F(WindowTest, OutputIsInsertedAtTheEndOnly) {
     std::string line = std::to_string(pass) + (pass % 3 ? " " : "\r\n");
     handle->Print(line);
     expected += pass % 3 ? line : std::to_string(pass) + "\n";
-    if (pass % 7 == 0) Settle();
+    if (pass % 7 == 0) window.ShowPending();
   }
-  Settle();
+  window.ShowPending();
   QObject::disconnect(watch);
   EXPECT_GE(changes, 40);
   EXPECT_EQ(window.txtWindow->toPlainText().toStdString(), expected);
