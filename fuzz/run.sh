@@ -26,27 +26,35 @@ cmake -S . -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DGANDREL_FUZZ=ON \
   -DGANDREL_GUI=OFF -DGANDREL_TESTS=OFF -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build "$build" -j2
 
+mode=run
 if [ "$1" = merge ]; then
   [ $# -eq 2 ] || usage
-  target=$2
+  mode=merge
+  shift
+fi
+target=$1
+[ -x "$build/fuzz/$target" ] || { echo "no fuzz target $target in $build/fuzz" >&2; exit 2; }
+
+if [ $mode = merge ]; then
   mkdir -p "fuzz/corpus-$target"
   before=$(ls "fuzz/corpus/$target" | wc -l)
-  "$build/fuzz/$target" -merge=1 -timeout=5 -rss_limit_mb=2048 \
+  # Edges only, not hit counts: the committed corpus stays a few hundred small
+  # files, and the scratch corpus keeps the rest for the next runs.
+  "$build/fuzz/$target" -merge=1 -use_counters=0 -timeout=5 -rss_limit_mb=2048 \
     "fuzz/corpus/$target" "fuzz/corpus-$target" 2>&1 | grep -E '^MERGE-OUTER: [0-9]+ new files' || true
   echo "$target: committed corpus $before -> $(ls "fuzz/corpus/$target" | wc -l) files"
   exit 0
 fi
 
-target=$1
 seconds=${2:-180}
-[ -x "$build/fuzz/$target" ] || { echo "no fuzz target $target in $build/fuzz" >&2; exit 2; }
 mkdir -p "fuzz/corpus-$target"
 log="$build/$target.log"
 started=$(date +%s)
 
 # A roll or a substitution is broken off after about 20 ms, so one input
-# takes milliseconds, a few hundred at worst; 5 s is a hang. The texts held
-# are a few megabytes at most. fuzz_calc reads no input longer than 200 bytes.
+# takes milliseconds, about a second at the very worst; 5 s is a hang. Runs of
+# a few minutes peak at 130 to 730 MB (mostly the sanitizer's caches), so
+# 2 GB is a runaway text. fuzz_calc reads no input longer than 200 bytes.
 limits=(-timeout=5 -rss_limit_mb=2048)
 [ "$target" = fuzz_calc ] && limits+=(-max_len=200)
 status=0
