@@ -95,20 +95,19 @@ std::string CalculatedText(const std::string& text, ResultMode mode) {
 
 void EnumerateTemplate(const Template& tmpl, ResultMode mode, double p, Outcomes& out, Work& work) {
   std::vector<TextDist> texts;
-  double combinations = 1, noError = 1, kept = 1;
+  double combinations = 1, error = 0, truncated = 0;
   for (const Slot& slot : tmpl.slots) {
     texts.push_back(SlotTexts(slot));
     combinations *= static_cast<double>(texts.back().texts.size());
-    double error = slot.kind == Slot::Kind::Term ? slot.values.error : 0;
-    noError *= 1 - error;
-    kept *= 1 - error - texts.back().truncated;
+    CombineLosses(error, truncated, slot.kind == Slot::Kind::Term ? slot.values.error : 0,
+                  texts.back().truncated);
   }
   if (!work.EvaluationsFit(combinations))
     GiveUp(NotExactReason::Budget, "more combinations than the budget allows");
   if (LongestFilled(tmpl, texts) > kLongestText)
     GiveUp(NotExactReason::Unsupported, "a text that may grow too long to calculate");
-  if (noError < 1) out.Add(CalculatedText("<error>", mode), p * (1 - noError));
-  out.truncated += p * (noError - kept);
+  if (error > 0) out.Add(CalculatedText("<error>", mode), p * error);
+  out.truncated += p * truncated;
   if (combinations == 0) return;
   work.Expect(combinations);
   const std::vector<std::string> pieces = Pieces(tmpl.text);
@@ -119,6 +118,29 @@ void EnumerateTemplate(const Template& tmpl, ResultMode mode, double p, Outcomes
     std::string text = odometer.Fill(pieces, q, escaped);
     work.Evaluations(1);
     out.Add(escaped ? std::string(kEscapedError) : CalculatedText(text, mode), p * q);
+  } while (odometer.Next());
+}
+
+void ForEachFilling(const Template& tmpl, double p, Outcomes& out, Work& work,
+                    const std::function<void(const std::string& text, double p)>& visit) {
+  std::vector<TextDist> texts;
+  double combinations = 1, error = 0, truncated = 0;
+  for (const Slot& slot : tmpl.slots) {
+    texts.push_back(SlotTexts(slot));
+    combinations *= static_cast<double>(texts.back().texts.size());
+    CombineLosses(error, truncated, 0, texts.back().truncated);
+  }
+  if (!work.EvaluationsFit(combinations))
+    GiveUp(NotExactReason::Budget, "more combinations than the budget allows");
+  out.truncated += p * truncated;
+  if (combinations == 0) return;
+  const std::vector<std::string> pieces = Pieces(tmpl.text);
+  Odometer odometer(texts);
+  do {
+    double q = 0;
+    bool escaped = false;
+    std::string text = odometer.Fill(pieces, q, escaped);
+    visit(text, p * q);
   } while (odometer.Next());
 }
 

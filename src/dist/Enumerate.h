@@ -3,6 +3,7 @@
 // text collected with the probability of its combination.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <unordered_map>
 
@@ -42,6 +43,13 @@ struct Outcomes {
 // the text "<error>"; a slot holding kEscapedError makes the result that. Gives up when the
 // combinations pass the budget or a text could grow past 32,767 characters.
 void EnumerateTemplate(const Template& tmpl, ResultMode mode, double p, Outcomes& out, Work& work);
+
+// Every combination of the slots' texts written into the template, handed to
+// visit with its probability times p; what the slots leave out goes to
+// out.truncated. For slots that cannot fail (an @ function's). Gives up past
+// the budget.
+void ForEachFilling(const Template& tmpl, double p, Outcomes& out, Work& work,
+                    const std::function<void(const std::string& text, double p)>& visit);
 
 // The text rolled as GenerateAllDice rolls it, for terms that depend on what
 // was written before them: the first term found in the text as it stands

@@ -1,5 +1,6 @@
 #include "dist/Expression.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -57,6 +58,29 @@ Outcomes ExpressionResults(const std::string& expr, ResultMode mode, Work& work)
   Outcomes out;
   EnumerateRolling(expr, mode, 1, out, cache, work);
   return out;
+}
+
+ValueDist ValuesOfTexts(const Outcomes& found) {
+  std::vector<std::pair<double, double>> values;
+  int scale = 0;
+  for (const auto& [text, p] : found.texts) {
+    if (text == kEscapedError) GiveUp(NotExactReason::Unsupported, "a text too long to follow");
+    double value = ReadNumber(text);
+    int s = ScaleOf(value);
+    if (s < 0) GiveUp(NotExactReason::Unsupported, "a total that cannot be kept exact");
+    scale = std::max(scale, s);
+    values.emplace_back(value, p);
+  }
+  std::vector<std::pair<int64_t, double>> pairs;
+  for (const auto& [value, p] : values) {
+    int64_t scaled = 0;
+    if (!ToScaled(value, scale, scaled))
+      GiveUp(NotExactReason::Unsupported, "a total that cannot be kept exact");
+    pairs.emplace_back(scaled, p);
+  }
+  ValueDist dist = FromPairs(std::move(pairs), scale);
+  dist.truncated = found.truncated;
+  return dist;
 }
 
 Outcomes QuotedResults(const std::string& text, Work& work) {

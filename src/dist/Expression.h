@@ -6,6 +6,7 @@
 
 #include "dist/Enumerate.h"
 #include "dist/Template.h"
+#include "dist/ValueDist.h"
 
 namespace gandrel {
 
@@ -18,6 +19,10 @@ Outcomes ExpressionResults(const std::string& expr, ResultMode mode, Work& work)
 // The texts of a template whose slots are all known: the plain sum's values
 // written as numbers when it is one, every combination calculated otherwise.
 Outcomes TemplateResults(const Template& tmpl, ResultMode mode, Work& work);
+
+// The values of result texts written as numbers (a Number calculation's), as
+// one distribution; gives up for a value that cannot be kept exact.
+ValueDist ValuesOfTexts(const Outcomes& found);
 
 // The texts of a roll of text that holds a double quote: every piece outside
 // the quoted stretches calculated on its own, as Calc does, and the whole

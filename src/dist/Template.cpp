@@ -90,6 +90,10 @@ int ScaleOfItem(const SumItem& item) {
 
 }  // namespace
 
+bool PlainDigits(double magnitude, int scale) {
+  return scale == 0 ? magnitude < 1e15 : scale <= 4 && magnitude * PowerOfTen(scale) < 1e12;
+}
+
 TextDist SlotTexts(const Slot& slot) {
   if (slot.kind == Slot::Kind::Sum) return slot.texts();
   TextDist dist;

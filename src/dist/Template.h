@@ -72,4 +72,8 @@ bool FindTerms(Template& tmpl, TermCache& cache);
 // decimals otherwise.
 std::optional<ValueDist> PlainSum(const Template& tmpl, Work& work);
 
+// True when sums of magnitude at most magnitude, with that many decimals,
+// are written as plain digits at every step of the evaluator.
+bool PlainDigits(double magnitude, int scale);
+
 }  // namespace gandrel

@@ -19,8 +19,9 @@ constexpr int64_t kDenseSpan = int64_t{1} << 22;
 
 // The masses of the sum of two independent parts.
 void CombineMasses(const ValueDist& a, const ValueDist& b, ValueDist& out) {
-  out.error = 1 - (1 - a.error) * (1 - b.error);
-  out.truncated = std::max(0.0, 1 - a.Mass() * b.Mass() - out.error);
+  out.error = a.error;
+  out.truncated = a.truncated;
+  CombineLosses(out.error, out.truncated, b.error, b.truncated);
 }
 
 // Both parts contiguous: a plain convolution of the probability arrays.
@@ -111,11 +112,16 @@ ValueDist UniformSum(const ValueDist& die, int64_t n, Work& work) {
     out.probs[j] = sums[j] * mass;
   }
   out.error = 1 - std::pow(1 - die.error, static_cast<double>(n));
-  out.truncated = std::max(0.0, 1 - mass - out.error);
+  out.truncated = 0;  // a uniform die leaves nothing out
   return out;
 }
 
 }  // namespace
+
+void CombineLosses(double& error, double& truncated, double e, double t) {
+  truncated = truncated * (1 - e) + t * (1 - error) - truncated * t;
+  error = error + e - error * e;
+}
 
 ValueDist ValueDist::Constant(int64_t value, int scale) {
   ValueDist dist;
@@ -236,6 +242,25 @@ ValueDist Mapped(const ValueDist& dist, const std::function<int64_t(int64_t)>& f
   ValueDist out = FromPairs(std::move(pairs), dist.scale);
   out.error = dist.error;
   out.truncated = dist.truncated;
+  return out;
+}
+
+ValueDist Mixed(const std::vector<std::pair<double, ValueDist>>& parts) {
+  int scale = 0;
+  for (const auto& [weight, part] : parts)
+    scale = std::max(scale, part.scale);
+  std::vector<std::pair<int64_t, double>> pairs;
+  double error = 0, truncated = 0;
+  for (const auto& [weight, part] : parts) {
+    ValueDist scaled = Rescaled(part, scale);
+    for (size_t i = 0; i < scaled.Size(); ++i)
+      pairs.emplace_back(scaled.values[i], weight * scaled.probs[i]);
+    error += weight * part.error;
+    truncated += weight * part.truncated;
+  }
+  ValueDist out = FromPairs(std::move(pairs), scale);
+  out.error = error;
+  out.truncated = truncated;
   return out;
 }
 

@@ -74,6 +74,17 @@ ValueDist Mapped(const ValueDist& dist, const std::function<int64_t(int64_t)>& f
 // values merged. Error and truncated are 0.
 ValueDist FromPairs(std::vector<std::pair<int64_t, double>> pairs, int scale);
 
+// The parts weighted and put together: each part's values, failures and
+// losses in the share of its weight. The weights add up to 1.
+ValueDist Mixed(const std::vector<std::pair<double, ValueDist>>& parts);
+
+// Adds an independent part that fails with probability e and is left out
+// with probability t to a whole that fails with error and is left out with
+// truncated: a failure of either fails the whole, and what either leaves out
+// and the other does not fail, the whole leaves out. Written so that small
+// masses keep their precision.
+void CombineLosses(double& error, double& truncated, double e, double t);
+
 // Gives up (not exact) when a magnitude reaches kExactLimit.
 void CheckExact(int64_t magnitude);
 

@@ -24,7 +24,8 @@ class DistTest : public EngineTest {
 // The outcomes' texts and probabilities.
 Shown ShownOf(const Distribution& dist);
 
-// The two tables hold the same texts with probabilities within tolerance.
+// The two tables hold the same texts with probabilities within tolerance; a
+// text on one side only may have a probability up to the tolerance.
 void ExpectShown(const Shown& actual, const Shown& expected, double tolerance = 1e-12);
 
 // What a roll of dieValue shows, by the engine itself, over every sequence of
