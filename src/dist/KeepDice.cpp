@@ -84,98 +84,129 @@ struct TextKeep {
 
 // The walk. A state is how many dice of each group are placed, as one
 // mixed-radix number; only states with fewer than k dice placed are carried.
+// At each value, every choice of how many dice of each group show it is
+// tried; a choice that reaches k dice ends its state at once.
 template <class Keep>
-std::map<typename Keep::Key, double> Walk(const std::vector<DieGroup>& groups, int64_t k,
-                                          bool highest, Work& work) {
+class Walk {
+ public:
   using Key = typename Keep::Key;
-  const size_t n = groups.size();
-  const int scale = groups.empty() ? 0 : groups[0].face.scale;
-  std::vector<int64_t> stride(n + 1, 1);
-  int64_t most = 0;
-  for (size_t g = 0; g < n; ++g) {
-    stride[g + 1] = stride[g] * (groups[g].count + 1);
-    most = std::max(most, groups[g].count);
-    if (static_cast<double>(stride[g + 1]) > kMaxStates)
-      GiveUp(NotExactReason::Budget, "too many kinds of dice to keep from");
-  }
-  const Binomial binomial(most);
-  // Each group's probability of each value, and of the values after it, in
-  // the walk's order (summed from the end, so that the last ones stay exact).
-  const std::vector<int64_t> order = WalkOrder(groups, highest);
-  std::vector<std::vector<double>> at(n, std::vector<double>(order.size())), after = at;
-  for (size_t g = 0; g < n; ++g) {
-    double sum = 0;
-    for (size_t i = order.size(); i-- > 0;) {
-      after[g][i] = sum;
-      sum += at[g][i] = FaceProbability(groups[g].face, order[i]);
+  using Keys = std::map<Key, double>;
+
+  Walk(const std::vector<DieGroup>& groups, int64_t k, bool highest, Work& work)
+      : groups_(groups),
+        k_(k),
+        work_(work),
+        n_(groups.size()),
+        scale_(groups.empty() ? 0 : groups[0].face.scale),
+        order_(WalkOrder(groups, highest)),
+        stride_(n_ + 1, 1),
+        binomial_(MostDice(groups)) {
+    for (size_t g = 0; g < n_; ++g) {
+      stride_[g + 1] = stride_[g] * (groups[g].count + 1);
+      if (static_cast<double>(stride_[g + 1]) > kMaxStates)
+        GiveUp(NotExactReason::Budget, "too many kinds of dice to keep from");
+    }
+    // Each group's probability of each value, and of the values after it (summed
+    // from the end, so that the last ones stay exact).
+    at_.assign(n_, std::vector<double>(order_.size()));
+    after_ = at_;
+    for (size_t g = 0; g < n_; ++g) {
+      double sum = 0;
+      for (size_t i = order_.size(); i-- > 0;) {
+        after_[g][i] = sum;
+        sum += at_[g][i] = FaceProbability(groups[g].face, order_[i]);
+      }
     }
   }
 
-  std::map<Key, double> done;
-  std::map<int64_t, std::map<Key, double>> states{{0, {{Keep::Start(), 1.0}}}};
-  std::vector<int64_t> placed(n), choice(n);
-  std::vector<double> p(n), beyond(n);
-  for (size_t i = 0; i < order.size(); ++i) {
-    const int64_t value = order[i];
-    for (size_t g = 0; g < n; ++g) {
-      p[g] = at[g][i];
-      beyond[g] = after[g][i];
+  Keys Run() {
+    std::map<int64_t, Keys> states{{0, {{Keep::Start(), 1.0}}}};
+    for (size_t i = 0; i < order_.size(); ++i) {
+      std::map<int64_t, Keys> next;
+      for (const auto& [state, keys] : states)
+        Place(i, state, keys, next);
+      states.swap(next);
     }
-    std::map<int64_t, std::map<Key, double>> next;
-    for (const auto& [state, keys] : states) {
-      int64_t total = 0;
-      for (size_t g = 0; g < n; ++g) {
-        placed[g] = state / stride[g] % (groups[g].count + 1);
-        total += placed[g];
-      }
-      // Every choice of how many dice of each group show this value.
-      std::fill(choice.begin(), choice.end(), 0);
-      for (;;) {
-        double w = 1;
-        int64_t chosen = 0, to = state;
-        for (size_t g = 0; g < n; ++g) {
-          w *= binomial.Weight(groups[g].count - placed[g], choice[g], p[g]);
-          chosen += choice[g];
-          to += choice[g] * stride[g];
-        }
-        const int64_t kept = std::min(total + chosen, k) - total;
-        double rest = 1;
-        if (total + chosen >= k)
-          for (size_t g = 0; g < n; ++g)
-            rest *=
-                std::pow(beyond[g], static_cast<double>(groups[g].count - placed[g] - choice[g]));
-        work.Operations(static_cast<double>(keys.size()));
-        for (const auto& [key, q] : keys) {
-          Key kept_key = Keep::Keep(key, value, kept, scale);
-          if (total + chosen >= k) {
-            done[kept_key] += q * w * rest;
-          } else {
-            next[to][kept_key] += q * w;
-          }
-        }
-        // The next choice: the first group that can take one more die.
-        size_t g = 0;
-        for (; g < n; ++g) {
-          if (p[g] > 0 && choice[g] < groups[g].count - placed[g]) {
-            ++choice[g];
-            break;
-          }
-          choice[g] = 0;
-        }
-        if (g == n) break;
-      }
-    }
-    states.swap(next);
+    // Fewer dice than k in all: the state with every die placed keeps them all.
+    if (auto it = states.find(stride_[n_] - 1); it != states.end())
+      for (const auto& [key, q] : it->second)
+        done_[key] += q;
+    return done_;
   }
-  // Fewer dice than k in all: the state with every die placed keeps them all.
-  int64_t all = 0;
-  for (size_t g = 0; g < n; ++g)
-    all += groups[g].count * stride[g];
-  if (auto it = states.find(all); it != states.end())
-    for (const auto& [key, q] : it->second)
-      done[key] += q;
-  return done;
-}
+
+ private:
+  static int64_t MostDice(const std::vector<DieGroup>& groups) {
+    int64_t most = 0;
+    for (const DieGroup& g : groups)
+      most = std::max(most, g.count);
+    return most;
+  }
+
+  // Every choice of how many dice of each group show value i, from state.
+  void Place(size_t i, int64_t state, const Keys& keys, std::map<int64_t, Keys>& next) {
+    std::vector<int64_t> placed(n_), choice(n_, 0);
+    int64_t total = 0;
+    for (size_t g = 0; g < n_; ++g)
+      total += placed[g] = state / stride_[g] % (groups_[g].count + 1);
+    do {
+      double w = 1;
+      int64_t chosen = 0, to = state;
+      for (size_t g = 0; g < n_; ++g) {
+        w *= binomial_.Weight(groups_[g].count - placed[g], choice[g], at_[g][i]);
+        chosen += choice[g];
+        to += choice[g] * stride_[g];
+      }
+      const int64_t kept = std::min(total + chosen, k_) - total;
+      work_.Operations(static_cast<double>(keys.size()));
+      if (total + chosen < k_) {
+        for (const auto& [key, q] : keys)
+          next[to][Keep::Keep(key, order_[i], kept, scale_)] += q * w;
+        continue;
+      }
+      double rest = 0;
+      if (!Rest(i, placed, choice, rest)) continue;
+      for (const auto& [key, q] : keys)
+        done_[Keep::Keep(key, order_[i], kept, scale_)] += q * w * rest;
+    } while (NextChoice(i, placed, choice));
+  }
+
+  // The probability that every die not yet placed shows a value after i;
+  // false when a group has dice left but no values (a constant passed by).
+  bool Rest(size_t i, const std::vector<int64_t>& placed, const std::vector<int64_t>& choice,
+            double& rest) const {
+    rest = 1;
+    for (size_t g = 0; g < n_; ++g) {
+      const int64_t left = groups_[g].count - placed[g] - choice[g];
+      if (left > 0 && after_[g][i] <= 0) return false;
+      rest *= std::pow(after_[g][i], static_cast<double>(left));
+    }
+    return true;
+  }
+
+  // The next choice: the first group that can take one more die of value i.
+  bool NextChoice(size_t i, const std::vector<int64_t>& placed,
+                  std::vector<int64_t>& choice) const {
+    for (size_t g = 0; g < n_; ++g) {
+      if (at_[g][i] > 0 && choice[g] < groups_[g].count - placed[g]) {
+        ++choice[g];
+        return true;
+      }
+      choice[g] = 0;
+    }
+    return false;
+  }
+
+  const std::vector<DieGroup>& groups_;
+  const int64_t k_;
+  Work& work_;
+  const size_t n_;
+  const int scale_;
+  const std::vector<int64_t> order_;
+  std::vector<int64_t> stride_;
+  const Binomial binomial_;
+  std::vector<std::vector<double>> at_, after_;
+  Keys done_;
+};
 
 int64_t DiceCount(const std::vector<DieGroup>& groups) {
   int64_t count = 0;
@@ -201,14 +232,14 @@ TextDist FoldedTexts(const std::map<std::string, double>& raw) {
 ValueDist KeptSum(const std::vector<DieGroup>& groups, int64_t k, bool highest, Work& work) {
   const int scale = groups.empty() ? 0 : groups[0].face.scale;
   if (k <= 0 || groups.empty()) return ValueDist::Constant(0, scale);
-  auto done = Walk<SumKeep>(groups, k, highest, work);
+  auto done = Walk<SumKeep>(groups, k, highest, work).Run();
   return FromPairs({done.begin(), done.end()}, scale);
 }
 
 TextDist KeptTexts(const std::vector<DieGroup>& groups, int64_t k, bool highest, Work& work) {
   if (k <= 0 || groups.empty()) return TextDist{{{"", 1.0}}, 0};
   if (DiceCount(groups) <= k) return SequenceTexts(groups, work);
-  return FoldedTexts(Walk<TextKeep>(groups, k, highest, work));
+  return FoldedTexts(Walk<TextKeep>(groups, k, highest, work).Run());
 }
 
 TextDist SequenceTexts(const std::vector<DieGroup>& groups, Work& work) {

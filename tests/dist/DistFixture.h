@@ -25,7 +25,7 @@ class DistTest : public EngineTest {
 Shown ShownOf(const Distribution& dist);
 
 // The two tables hold the same texts with probabilities within tolerance; a
-// text on one side only may have a probability up to the tolerance.
+// text on one side only may have a probability above 0 up to the tolerance.
 void ExpectShown(const Shown& actual, const Shown& expected, double tolerance = 1e-12);
 
 // What a roll of dieValue shows, by the engine itself, over every sequence of
