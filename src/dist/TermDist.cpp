@@ -99,6 +99,17 @@ ValueDist ListFace(const std::vector<std::string_view>& items) {
   return face;
 }
 
+// A roll adds fractional items up in a double, and writes the total to 15
+// digits. With totals of at most 12 digits and no more than 4,000 dice the
+// rounding of that sum can never reach the digits written, so the exact
+// decimal total is the text the roll shows.
+void CheckFractionalTotal(const DieTerm& term) {
+  if (term.face.scale == 0) return;
+  double largest = static_cast<double>(term.face.MaxAbs()) * static_cast<double>(term.dice);
+  if (term.dice > 4000 || largest >= 1e12)
+    GiveUp(NotExactReason::Unsupported, "fractional totals too long to follow to 15 digits");
+}
+
 DieTerm Failing() {
   DieTerm term;
   term.fails = true;
@@ -146,6 +157,7 @@ ValueDist TermTotal(std::string_view text, Work& work) {
     return failed;
   }
   if (term.dice == 0) return ValueDist::Constant(0);
+  CheckFractionalTotal(term);
   return SumOfCopies(term.face, term.dice, work);
 }
 
