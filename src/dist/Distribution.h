@@ -18,6 +18,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace gandrel {
@@ -81,6 +82,14 @@ struct DistOptions {
 
 // The distribution of the result a Roll of dieValue would show.
 Distribution ComputeDistribution(std::string_view dieValue, const DistOptions& options = {});
+
+// A distribution from result texts and their probabilities, such as the
+// relative frequencies of an estimate by rolling: the outcomes ordered, the
+// summary and the cumulative probabilities filled in, in the same form as an
+// exact one. Equal texts are merged. The method is left NotExact, with no
+// reason, for the caller to set.
+Distribution DistributionOf(const std::vector<std::pair<std::string, double>>& results,
+                            double truncated = 0);
 
 // Probability that the roll shows a number >= x (<= x).
 double ProbabilityAtLeast(const Distribution& dist, double x);

@@ -144,8 +144,10 @@ void ForEachFilling(const Template& tmpl, double p, Outcomes& out, Work& work,
   } while (odometer.Next());
 }
 
-void EnumerateRolling(const std::string& text, ResultMode mode, double p, Outcomes& out,
-                      TermCache& cache, Work& work) {
+namespace {
+
+void RollFromFirstTerm(const std::string& text, ResultMode mode, double p, Outcomes& out,
+                       TermCache& cache, Work& work) {
   if (Len(text) > kLongestText) {
     out.Add(kEscapedError, p);
     return;
@@ -165,7 +167,20 @@ void EnumerateRolling(const std::string& text, ResultMode mode, double p, Outcom
   const std::string head = Left(text, start - 1), tail = Mid(text, end + 1);
   for (size_t i = 0; i < total.Size(); ++i) {
     std::string next = head + NumberText(total.Value(i)) + tail;
-    EnumerateRolling(next, mode, p * total.probs[i], out, cache, work);
+    RollFromFirstTerm(next, mode, p * total.probs[i], out, cache, work);
+  }
+}
+
+}  // namespace
+
+void EnumerateRolling(const std::string& text, ResultMode mode, double p, Outcomes& out,
+                      TermCache& cache, Work& work) {
+  try {
+    RollFromFirstTerm(text, mode, p, out, cache, work);
+  } catch (const NotExactSignal& signal) {
+    if (signal.why != NotExactReason::Budget) throw;
+    GiveUp(NotExactReason::Dependent,
+           "totals that feed later terms, with more combinations than the budget allows");
   }
 }
 

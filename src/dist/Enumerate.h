@@ -54,7 +54,8 @@ void ForEachFilling(const Template& tmpl, double p, Outcomes& out, Work& work,
 // The text rolled as GenerateAllDice rolls it, for terms that depend on what
 // was written before them: the first term found in the text as it stands
 // takes each of its totals in turn, and the rest of the text is rolled the
-// same way from there. Gives up past the budget.
+// same way from there. Past the budget it gives up, saying that the terms
+// depend on each other.
 void EnumerateRolling(const std::string& text, ResultMode mode, double p, Outcomes& out,
                       TermCache& cache, Work& work);
 

@@ -101,6 +101,17 @@ void FinishDistribution(const Outcomes& found, Distribution& dist) {
   Cumulate(dist);
 }
 
+Distribution DistributionOf(const std::vector<std::pair<std::string, double>>& results,
+                            double truncated) {
+  Outcomes found;
+  for (const auto& [text, p] : results)
+    found.Add(text, p);
+  found.truncated = truncated;
+  Distribution dist;
+  FinishDistribution(found, dist);
+  return dist;
+}
+
 double ProbabilityAtLeast(const Distribution& dist, double x) {
   for (size_t i = 0; i < dist.atLeast.size(); ++i)
     if (dist.outcomes[i].value >= x) return dist.atLeast[i];

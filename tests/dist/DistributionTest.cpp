@@ -162,6 +162,16 @@ TEST_F(Distributions, SummaryAndCumulativeProbabilities) {
   EXPECT_NEAR(bad.summary.numeric, .25, 1e-12);
   EXPECT_EQ(bad.summary.mean, 2);
 
+  // Rolled results, as an estimate would count them, take the same form.
+  Distribution counted = DistributionOf({{"<calc error>", .1}, {"10", .2}, {"x", .1}, {"2", .6}});
+  ASSERT_EQ(counted.outcomes.size(), 4u);
+  EXPECT_EQ(counted.outcomes[0].text, "2");
+  EXPECT_EQ(counted.outcomes[2].text, "x");
+  EXPECT_EQ(counted.outcomes[3].text, "<calc error>");
+  EXPECT_NEAR(counted.summary.mean, (2 * .6 + 10 * .2) / .8, 1e-12);
+  EXPECT_NEAR(counted.summary.failure, .1, 1e-12);
+  EXPECT_EQ(counted.method, DistMethod::NotExact);
+
   DistComparison same = CompareDistributions(ComputeDistribution("1d6"), ComputeDistribution("d6"));
   EXPECT_NEAR(same.equal, 1.0 / 6, 1e-12);
   EXPECT_NEAR(same.firstHigher, 15.0 / 36, 1e-12);
@@ -191,7 +201,7 @@ TEST_F(Distributions, WhatIsNotExactSaysWhy) {
       {"FIGHT.DIE", 1e7, NotExactReason::Script},
       {"<current script>", 1e7, NotExactReason::Script},
       {"10d6*10d6", 100, NotExactReason::Budget},
-      {"d10d10d10", 1000, NotExactReason::Budget},
+      {"d10d10d10", 1000, NotExactReason::Dependent},
       {"100000000d6", 1e7, NotExactReason::Budget},
   };
   for (const auto& c : cases) {
