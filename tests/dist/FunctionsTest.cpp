@@ -81,7 +81,8 @@ TEST_F(Functions, GeneratedLinesAsTheEngineRollsThem) {
 TEST_F(Functions, ExplodingDiceAsTheEngineRollsThem) {
   for (const char* dieValue :
        {"@wild(2d3)", "@wild(1d3-1d3)", "=2*@wild(1d3)", "@wilddice(2d3)", "@wilddice(1d3-1d3)",
-        "@swwild(2d3)", "@swwild(3d3)", "@swwild(1d3-2d3+2d3)", "=@wilddice(1d3)*@wilddice(1d3)"}) {
+        "@swwild(2d3)", "@swwild(3d3)", "@swwild(1d3-2d3+2d3)", "@swwild(0d3+2dfate)",
+        "@wilddice(1dfate+1)", "@swwild(d0+1d3)", "=@wilddice(1d3)*@wilddice(1d3)"}) {
     SCOPED_TRACE(dieValue);
     double cut = 0;
     Shown rolled = RolledThrough(dieValue, 3, 9, &cut);
