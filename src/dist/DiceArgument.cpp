@@ -7,6 +7,7 @@
 #include "dice/DiceText.h"
 #include "dice/DieLookup.h"
 #include "dice/modDiceCalc.h"
+#include "dist/EngineAccess.h"
 #include "dist/Work.h"
 
 namespace gandrel {
@@ -20,8 +21,8 @@ bool IsDieLetter(char c) {
 // The end (1-based) of the term whose "d" is at p, as BreakOutDice ends it: a
 // range type's name, else a list type's, else the digits after the "d".
 long BreakOutEnd(const std::string& lower, long p) {
-  if (long r = FindRangeAt(lower, p)) return p + Len(Define[static_cast<size_t>(r)].Name) - 1;
-  if (long s = FindListAt(lower, p)) return p + Len(DefSeq[static_cast<size_t>(s)].Name) - 1;
+  DefinedDie die;
+  if (DefinedDieAt(lower, p, die)) return p + die.nameLength - 1;
   return DigitRunEnd(lower, p);
 }
 
