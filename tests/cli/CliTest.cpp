@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -172,6 +173,31 @@ TEST(CliProgram, ExitStatus) {
     EXPECT_EQ(WEXITSTATUS(exit), status) << args;
     EXPECT_EQ(out, expected) << args;
   }
+}
+
+// Rolls nobody can see are no success: a failed write of the output is told
+// on standard error and ends the run.
+TEST(CliProgram, FullOutputIsAnError) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full to write to";
+  fs::path empty = fs::temp_directory_path() / ("gandrel-cli-full-" + std::to_string(getpid()));
+  fs::create_directories(empty);
+  // A run that went on rolling into the full device is stopped as a failure.
+  std::string program =
+      "timeout 60 " + std::string(GANDREL_CLI_PROGRAM) + " --config " + empty.string() + " ";
+  for (std::string args : {"-q 3d6", "--version", "-q -n 2147483647 d6"}) {
+    // Standard error into the pipe, standard output to the full device.
+    FILE* pipe = popen((program + args + " 2>&1 >/dev/full").c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string err;
+    char buffer[256];
+    while (std::fgets(buffer, sizeof buffer, pipe))
+      err += buffer;
+    int exit = pclose(pipe);
+    EXPECT_EQ(WEXITSTATUS(exit), 1) << args;
+    EXPECT_EQ(err, "gandrel-cli: cannot write to standard output: No space left on device\n")
+        << args;
+  }
+  fs::remove_all(empty);
 }
 
 }  // namespace
