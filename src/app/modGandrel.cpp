@@ -60,6 +60,10 @@ struct RollOutcome {
 
 const char* const kRollTooBig =
     "I'm sorry, but the die result generated is too big for me to handle.";
+const char* const kRollAdvice =
+    "If rolling a huge die, or number of dice, please use something smaller.";
+const char* const kDieValueAdvice =
+    "If entering a very long die value, please shorten it or roll it in parts.";
 const char* const kResultTooBig =
     "I'm sorry, but the result calculated is too big for me to handle.";
 const char* const kScriptsUnavailable = "Scripts are not available in this build.";
@@ -83,9 +87,21 @@ static void RunScriptRequest(RollOutcome& roll) {
   roll.logText = kScriptsUnavailable;
 }
 
+// An error of a request that reached the dice is told as a roll tells its
+// own; one met before any die (a die value too long to work on) is no die
+// result too big, and is told as the error it is.
+static void ReportRollError(const RuntimeError& error, bool reachedDice) {
+  if (reachedDice) {
+    ShowErrorMessage(error, kRollTooBig, kRollAdvice);
+  } else {
+    ShowRuntimeErrorMessage(error, kDieValueAdvice);
+  }
+}
+
 static void RollExpression(RollOutcome& roll) {
   roll.isScript = false;
   std::optional<RuntimeError> error;
+  unsigned long long termsBefore = DiceTermsRolled();
   try {
     error = TrapRuntimeError([&] {
       ExpandDice(roll.dieValue);
@@ -99,7 +115,7 @@ static void RollExpression(RollOutcome& roll) {
     return;
   }
   if (error) {
-    MsgBox(kRollTooBig);
+    ReportRollError(*error, DiceTermsRolled() != termsBefore);
     roll.dieValue = "<error>";
   }
 }

@@ -36,6 +36,10 @@ void ShowErrorMessage(const RuntimeError& error, const std::string& tooBig,
     MsgBox(tooBig);
     return;
   }
+  ShowRuntimeErrorMessage(error, advice);
+}
+
+void ShowRuntimeErrorMessage(const RuntimeError& error, const std::string& advice) {
   MsgBox("I'm sorry, but the following error has occurred:\r" + error.Description() + "\r\r" +
          advice);
 }

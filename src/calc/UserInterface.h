@@ -48,4 +48,8 @@ void MsgBox(const std::string& text);
 void ShowErrorMessage(const RuntimeError& error, const std::string& tooBig,
                       const std::string& advice);
 
+// "I'm sorry, but the following error has occurred:", the error's
+// description and advice, whatever the error (an overflow too).
+void ShowRuntimeErrorMessage(const RuntimeError& error, const std::string& advice);
+
 }  // namespace gandrel

@@ -91,6 +91,11 @@ double LongGetDieResults(std::string& die, std::string& dice, std::string& detai
 // Rolls the first dice term of expr with LongGetDieResults; expr is not changed.
 void LongGenDice(const std::string& expr, std::string& dice, std::string& details);
 
+// How many dice terms GetDieResult and LongGetDieResults have been handed
+// since the program started: two readings tell whether the work between them
+// reached the dice.
+unsigned long long DiceTermsRolled();
+
 // Called when a roll fails with an error other than an overflow: the place
 // where a failed roll ends a mode of the main window. Does nothing today.
 void OnRollFailed();
