@@ -1,7 +1,7 @@
 // The definitions files: gandrel.def (the user's die types and always-add
 // items, read and rewritten) and the older gandrel.dat (read only).
-#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/Settings.h"
@@ -34,13 +34,14 @@ static bool ReadLines(const std::string& path, const char* what, std::vector<std
   return true;
 }
 
-// A define line whose numbers do not fit is told about and skipped; the rest
-// of the file is still read.
-static void DefineFromLine(std::string line, const std::string& path) {
-  std::optional<RuntimeError> error = TrapRuntimeError([&] { ParseDefine(line); });
-  if (error)
+// The define lines of a file, in order, all at once (the die types do not
+// bear on the other lines). A line whose numbers do not fit is told about and
+// skipped; the rest are still defined.
+static void DefineAll(const std::vector<std::string>& defines, const std::string& path) {
+  ParseDefines(defines, [&path](const std::string& line, const RuntimeError& error) {
     MsgBox("Gandrel skipped a die type it could not read in " + path + ": " + line + " (" +
-           error->Description() + ")");
+           error.Description() + ")");
+  });
 }
 
 static void AddAlwaysItem(const std::string& item) {
@@ -56,32 +57,34 @@ static bool HasItem(const std::string& item) {
 }
 
 void ReadDefinitions(const std::string& path) {
-  std::vector<std::string> lines;
+  std::vector<std::string> lines, defines;
   if (!ReadLines(path, "die types", lines)) return;
   for (const std::string& raw : lines) {
     std::string line = Trim(WithoutComment(raw));
     if (LCase(Left(line, 6)) == "define") {
-      DefineFromLine(line, path);
+      defines.push_back(std::move(line));
     } else if (!line.empty() && !HasItem(line)) {
       AddAlwaysItem(line);
     }
   }
+  DefineAll(defines, path);
 }
 
 void ReadOldDefinitions(const std::string& path) {
-  std::vector<std::string> lines;
+  std::vector<std::string> lines, defines;
   if (!ReadLines(path, "die types", lines)) return;
   for (const std::string& raw : lines) {
     std::string line = Trim(LCase(WithoutComment(raw)));
     if (Left(line, 4) == "die=") {
       settings.DieType = Mid(line, 5);
     } else if (Left(line, 6) == "define") {
-      DefineFromLine(line, path);
+      defines.push_back(std::move(line));
     } else if (!line.empty()) {
       AddAlwaysItem(line);
       View().AddDieListItem(line);
     }
   }
+  DefineAll(defines, path);
 }
 
 std::string DefinitionsText() {
