@@ -1,6 +1,7 @@
 // The definitions files: gandrel.def (the user's die types and always-add
 // items, read and rewritten) and the older gandrel.dat (read only).
 #include <string>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -49,21 +50,24 @@ static void AddAlwaysItem(const std::string& item) {
   AlwaysAddItems.push_back(item);
 }
 
-static bool HasItem(const std::string& item) {
-  std::string wanted = LCase(item);
+// The always-add items listed so far, lower-cased: a file of many items
+// looks each one up at once.
+static std::unordered_set<std::string> ListedItems() {
+  std::unordered_set<std::string> listed;
   for (size_t i = 1; i < AlwaysAddItems.size(); ++i)
-    if (LCase(AlwaysAddItems[i]) == wanted) return true;
-  return false;
+    listed.insert(LCase(AlwaysAddItems[i]));
+  return listed;
 }
 
 void ReadDefinitions(const std::string& path) {
   std::vector<std::string> lines, defines;
   if (!ReadLines(path, "die types", lines)) return;
+  std::unordered_set<std::string> listed = ListedItems();
   for (const std::string& raw : lines) {
     std::string line = Trim(WithoutComment(raw));
     if (LCase(Left(line, 6)) == "define") {
       defines.push_back(std::move(line));
-    } else if (!line.empty() && !HasItem(line)) {
+    } else if (!line.empty() && listed.insert(LCase(line)).second) {
       AddAlwaysItem(line);
     }
   }

@@ -112,7 +112,7 @@ TEST_F(SettingsTest, StartUpReadsDatThenDefThenIni) {
 TEST_F(SettingsTest, DefinitionsReadAndWritten) {
   WriteFile("gandrel.def",
             "\xEF\xBB\xBF; comment only\n\n   \nDefined dx = 1,2\ndefine stat = 1,2,3,4,5,6\n"
-            "define big = 1 to 99999999999\nx;y\ndefine d4 = 4 to 1\n");
+            "define big = 1 to 99999999999\nx;y\ndefine d4 = 4 to 1\nX\n");
   ReadDefinitions(PathOf("gandrel.def"));
   EXPECT_EQ(AlwaysAddItems, OneBased("x"));
   ASSERT_EQ(ui.messages.size(), 1u);
