@@ -68,16 +68,17 @@ std::string ExecutableDirectory();
 // live in $XDG_CONFIG_HOME/gandrel (default ~/.config/gandrel), made on the
 // first save, unless the executable's folder already holds gandrel.ini or
 // gandrel.def and is writable: then that folder is used (portable use). A
-// gandrel.dat beside the executable is read too. Returns the folder chosen.
+// gandrel.dat beside the executable is read when the chosen folder has none.
+// Returns the folder chosen.
 std::string ChooseAppDirectory(const std::string& exeDir);
 
 // The full name of a file of the application's folder.
 std::string AppFile(const std::string& name);
 
-// The gandrel.dat files read at start-up, in order: the one beside the
-// executable (when ChooseAppDirectory chose another folder), then the one of
-// the application's folder.
-std::vector<std::string> OldDefinitionsFiles();
+// The one gandrel.dat read at start-up: the application folder's, else (when
+// that one is missing and ChooseAppDirectory chose another folder) the one
+// beside the executable.
+std::string OldDefinitionsFile();
 
 // True when there is nothing to read at path: a name whose first "." is its
 // first character, no file at all (nothing is created), or an empty file,

@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 namespace {
 
 // The application's folder ("" until chosen) and the executable's folder
-// when a gandrel.dat there is read as well.
+// when that is another one, whose gandrel.dat stands in for a missing one.
 std::string appDirectory;
 std::string extraDatDirectory;
 
@@ -113,11 +113,12 @@ std::string AppFile(const std::string& name) {
   return FileIn(AppDirectory(), name);
 }
 
-std::vector<std::string> OldDefinitionsFiles() {
-  std::vector<std::string> files;
-  if (!extraDatDirectory.empty()) files.push_back(FileIn(extraDatDirectory, "gandrel.dat"));
-  files.push_back(AppFile("gandrel.dat"));
-  return files;
+// Two copies of one item would both be read; the settings folder's copy is
+// the one the user keeps up to date.
+std::string OldDefinitionsFile() {
+  std::string own = AppFile("gandrel.dat");
+  if (extraDatDirectory.empty() || !FileIsMissing(own)) return own;
+  return FileIn(extraDatDirectory, "gandrel.dat");
 }
 
 bool FileIsMissing(const std::string& path) {

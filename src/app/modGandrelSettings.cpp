@@ -173,8 +173,7 @@ void StartUp() {
   Randomize();
   ResetSettings();
 
-  for (const std::string& dat : OldDefinitionsFiles())
-    ReadOldDefinitions(dat);
+  ReadOldDefinitions(OldDefinitionsFile());
   LoadSettings();
 
   long alwaysCount = static_cast<long>(AlwaysAddItems.size()) - 1;

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <tuple>
+#include <utility>
 
 #include "ShellFixture.h"
 #include "app/DialogModels.h"
@@ -179,13 +180,40 @@ TEST_F(SettingsTest, WhereTheFilesLive) {
     ScopedEnv env("XDG_CONFIG_HOME", xdgSet ? xdg.c_str() : nullptr);
     if (binFile) WriteFile(std::string("bin/") + binFile, "x");
     EXPECT_EQ(ChooseAppDirectory(PathOf("bin")), PathOf(chosen));
-    // The gandrel.dat beside the executable first, and only once.
-    Items dats{PathOf("bin/gandrel.dat"), PathOf(chosen + "/gandrel.dat")};
-    if (chosen == "bin") dats.pop_back();
-    EXPECT_EQ(OldDefinitionsFiles(), dats);
   }
+}
+
+// One gandrel.dat is read: the settings folder's, else the executable's. Two
+// would double an item that stands in both.
+TEST_F(SettingsTest, OneOldDefinitionsFile) {
+  ScopedEnv home("HOME", PathOf("home").c_str());
+  ScopedEnv xdg("XDG_CONFIG_HOME", nullptr);
+  const std::string own = "home/.config/gandrel/gandrel.dat", beside = "bin/gandrel.dat";
+  fs::create_directories(PathOf("bin"));
+  fs::create_directories(PathOf("home/.config/gandrel"));
+  // What the settings folder's and the executable's gandrel.dat hold
+  // (nullptr: there is none), and the one read.
+  const std::tuple<const char*, const char*, std::string> cases[] = {
+      {nullptr, nullptr, beside},  // none there: nothing to read either way
+      {nullptr, "4d6\n", beside},
+      {"", "4d6\n", beside},  // an empty one counts as none
+      {"4D6\n", "4d6\n", own},
+  };
+  for (const auto& [ownText, besideText, read] : cases) {
+    for (const auto& [name, text] : {std::pair{own, ownText}, std::pair{beside, besideText}}) {
+      fs::remove(PathOf(name));
+      if (text) WriteFile(name, text);
+    }
+    ChooseAppDirectory(PathOf("bin"));
+    EXPECT_EQ(OldDefinitionsFile(), PathOf(read)) << read;
+  }
+  StartUp();
+  EXPECT_EQ(AlwaysAddItems, OneBased("4d6"));
+  ASSERT_TRUE(SaveSettings());
+  std::string def = ReadFile("home/.config/gandrel/gandrel.def");
+  EXPECT_EQ(def.substr(def.find("it!\r\n") + 5), "4d6\r\n");
   SetAppDirectory(PathOf("bin/"));
-  EXPECT_EQ(OldDefinitionsFiles(), Items{PathOf("bin/gandrel.dat")});
+  EXPECT_EQ(OldDefinitionsFile(), PathOf(beside));
 }
 
 TEST_F(SettingsTest, AtomicWrite) {
