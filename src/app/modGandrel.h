@@ -81,13 +81,14 @@ std::string AppFile(const std::string& name);
 std::string OldDefinitionsFile();
 
 // True when there is nothing to read at path: a name whose first "." is its
-// first character, no file at all (nothing is created), or an empty file,
-// which is deleted.
+// first character, no file at all, or an empty file. Nothing is created or
+// deleted. A folder, a pipe or a device is not missing: reading it fails.
 bool FileIsMissing(const std::string& path);
 
 // ---- Text files ----------------------------------------------------------
 
-// Reads the whole file; on failure returns false with the reason.
+// Reads the whole file; on failure returns false with the reason. Only a
+// regular file is opened, and never waited for (a pipe fails at once).
 bool ReadTextFile(const std::string& path, std::string& content, std::string& reason);
 
 // Writes content to a temporary file beside path and renames it over path, so

@@ -124,40 +124,51 @@ std::string OldDefinitionsFile() {
 bool FileIsMissing(const std::string& path) {
   if (path.empty() || path[0] == '.') return true;
   struct stat st;
-  if (stat(path.c_str(), &st) != 0) return true;
-  // A folder, a device or a pipe is nothing the program could read as a file.
-  if (!S_ISREG(st.st_mode)) return true;
-  if (st.st_size == 0) {
-    unlink(path.c_str());
-    return true;
-  }
-  return false;
+  // Any other failure (a link loop, a folder that may not be searched) leaves
+  // something there that the reader has to report.
+  if (stat(path.c_str(), &st) != 0) return errno == ENOENT || errno == ENOTDIR;
+  // A folder, a pipe or a device is there, though no file can be read from it.
+  return S_ISREG(st.st_mode) && st.st_size == 0;
 }
 
 static std::string Reason(int error) {
   return std::strerror(error);
 }
 
+// Only a regular file of a sensible size is read: a pipe or a device could
+// block the reader or never end.
+static bool IsReadableFile(const struct stat& st, std::string& reason) {
+  if (!S_ISREG(st.st_mode)) {
+    reason = S_ISDIR(st.st_mode) ? Reason(EISDIR) : "not a regular file";
+    return false;
+  }
+  if (st.st_size > kMaxTextFileSize) {
+    reason = "the file is too large";
+    return false;
+  }
+  return true;
+}
+
 bool ReadTextFile(const std::string& path, std::string& content, std::string& reason) {
   content.clear();
-  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  struct stat st;
+  if (stat(path.c_str(), &st) != 0) {
+    reason = Reason(errno);
+    return false;
+  }
+  if (!IsReadableFile(st, reason)) return false;
+  // A pipe put in its place since the test above must not block the open.
+  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (fd < 0) {
     reason = Reason(errno);
     return false;
   }
-  struct stat st;
   if (fstat(fd, &st) != 0) {
     reason = Reason(errno);
     close(fd);
     return false;
   }
-  if (!S_ISREG(st.st_mode)) {
-    reason = S_ISDIR(st.st_mode) ? Reason(EISDIR) : "not a regular file";
-    close(fd);
-    return false;
-  }
-  if (st.st_size > kMaxTextFileSize) {
-    reason = "the file is too large";
+  if (!IsReadableFile(st, reason)) {
     close(fd);
     return false;
   }

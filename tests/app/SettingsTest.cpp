@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "ShellFixture.h"
 #include "app/DialogModels.h"
@@ -27,6 +31,16 @@ struct ScopedEnv {
   ~ScopedEnv() { old ? setenv(name, old->c_str(), 1) : unsetenv(name); }
   const char* name;
   std::optional<std::string> old;
+};
+
+// One byte more than a settings or definitions file may hold (a sparse file).
+constexpr std::uintmax_t kTooLarge = 16 * 1024 * 1024 + 1;
+
+// Ends the test program if the scope takes longer than 20 seconds: a reader
+// that waits on a pipe fails the test instead of hanging it.
+struct WatchForHang {
+  WatchForHang() { alarm(20); }
+  ~WatchForHang() { alarm(0); }
 };
 
 const char* const kNewIni =
@@ -125,21 +139,49 @@ TEST_F(SettingsTest, DefinitionsReadAndWritten) {
             "define dstat = 1,2,3,4,5,6\r\ndefine d dx = 1,2\r\nx\r\n");
 }
 
+// Looking never deletes: an empty gandrel.ini or gandrel.def beside the
+// executable is how a user asks for portable use.
 TEST_F(SettingsTest, FileIsMissing) {
   WriteFile("empty", "");
   WriteFile("full", "x");
   fs::create_directory(PathOf("dir"));
+  ASSERT_EQ(mkfifo(PathOf("pipe").c_str(), 0600), 0);
+  fs::create_symlink(PathOf("absent"), PathOf("dangling"));
   // The path, whether it is missing, whether it exists afterwards.
   const std::tuple<std::string, bool, bool> cases[] = {
-      {PathOf("empty"), true, false},
+      {PathOf("empty"), true, true},
       {PathOf("full"), false, true},
       {PathOf("absent"), true, false},
-      {PathOf("dir"), true, true},
+      {PathOf("dangling"), true, false},
+      {PathOf("full/x"), true, false},
+      {PathOf("dir"), false, true},  // there, but unreadable: its reader says so
+      {PathOf("pipe"), false, true},
       {"./" + fs::relative(PathOf("full")).string(), true, true},  // a name starting with "."
   };
   for (const auto& [path, missing, existsAfter] : cases) {
     EXPECT_EQ(FileIsMissing(path), missing) << path;
     EXPECT_EQ(fs::exists(path), existsAfter) << path;
+  }
+}
+
+TEST_F(SettingsTest, ReadTextFileReadsOnlyRegularFiles) {
+  fs::create_directory(PathOf("dir"));
+  ASSERT_EQ(mkfifo(PathOf("pipe").c_str(), 0600), 0);
+  WriteFile("large", "");
+  fs::resize_file(PathOf("large"), kTooLarge);
+  // The path and the reason it cannot be read; a pipe or a device is not
+  // opened to wait for a writer or read without end.
+  const std::pair<std::string, std::string> cases[] = {
+      {PathOf("absent"), "No such file or directory"}, {PathOf("dir"), "Is a directory"},
+      {PathOf("pipe"), "not a regular file"},          {"/dev/zero", "not a regular file"},
+      {PathOf("large"), "the file is too large"},
+  };
+  WatchForHang watch;
+  for (const auto& [path, why] : cases) {
+    std::string content = "old", reason;
+    EXPECT_FALSE(ReadTextFile(path, content, reason)) << path;
+    EXPECT_EQ(reason, why) << path;
+    EXPECT_EQ(content, "") << path;
   }
 }
 
@@ -228,9 +270,6 @@ TEST_F(SettingsTest, AtomicWrite) {
   EXPECT_EQ(fs::status(PathOf("link")).permissions(), fs::perms(0640));
   EXPECT_FALSE(WriteTextFileAtomic(PathOf("link/f.txt"), "y", reason));  // a file as folder
   EXPECT_FALSE(reason.empty());
-  std::string content;
-  EXPECT_FALSE(ReadTextFile(PathOf("absent"), content, reason));
-  EXPECT_EQ(reason, "No such file or directory");
 }
 
 }  // namespace
