@@ -50,8 +50,9 @@ void AddToHistory(std::string& value);
 // applies the settings to its window and makes the first roll afterwards.
 void StartUp();
 void LoadSettings();
-// Writes gandrel.ini and gandrel.def (never half-written files). Returns
-// false when a file could not be written (the user has been told).
+// Writes gandrel.ini and gandrel.def (never half-written files), except one
+// that could not be read (SkipUnreadFile). Returns false when a file was not
+// written (the user has been told).
 bool SaveSettings();
 
 // The folder of gandrel.ini, gandrel.def and gandrel.dat.
@@ -101,10 +102,23 @@ bool WriteTextFileAtomic(const std::string& path, const std::string& content, st
 // end does not start another line.
 std::vector<std::string> SplitLines(const std::string& text);
 
+// ---- Files that could not be read ----------------------------------------
+
+// A settings or definitions file that is there but could not be read (no
+// permission, too large, a folder or a pipe in its place) is never written
+// over in this run: what it holds would be lost. Its reader notes it.
+void NoteUnreadFile(const std::string& path);
+// True when path was noted; the first call for it tells the user that this
+// run's changes to it cannot be saved.
+bool SkipUnreadFile(const std::string& path);
+// Forgets the noted files (a new start).
+void ForgetUnreadFiles();
+
 // ---- Definitions files ---------------------------------------------------
 
 // gandrel.def: define lines to ParseDefine, other lines to AlwaysAddItems
-// unless already there (ignoring case). A missing file is skipped.
+// unless already there (ignoring case). A missing file is skipped; one that is
+// there but cannot be read is told about and noted (NoteUnreadFile).
 void ReadDefinitions(const std::string& path);
 
 // gandrel.dat, the older file, read only: lower-cased lines; "die=" sets the
@@ -115,8 +129,8 @@ void ReadOldDefinitions(const std::string& path);
 // The text of gandrel.def for the die types and always-add items in memory.
 std::string DefinitionsText();
 
-// Rewrites gandrel.def whole; false when it could not be written (the user
-// has been told).
+// Rewrites gandrel.def whole; false when it could not be written or was not
+// read at start-up (the user has been told).
 bool SaveDefinitions(const std::string& path);
 
 }  // namespace gandrel

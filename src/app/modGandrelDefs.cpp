@@ -29,6 +29,7 @@ static bool ReadLines(const std::string& path, const char* what, std::vector<std
   std::string content, reason;
   if (!ReadTextFile(path, content, reason)) {
     MsgBox(std::string("Gandrel could not read its ") + what + " from " + path + ": " + reason);
+    NoteUnreadFile(path);
     return false;
   }
   lines = SplitLines(content);
@@ -105,6 +106,7 @@ std::string DefinitionsText() {
 }
 
 bool SaveDefinitions(const std::string& path) {
+  if (SkipUnreadFile(path)) return false;
   std::string reason;
   if (WriteTextFileAtomic(path, DefinitionsText(), reason)) return true;
   MsgBox("Gandrel could not save its die types to " + path + ": " + reason);

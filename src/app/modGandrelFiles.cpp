@@ -9,11 +9,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <system_error>
 #include <vector>
 
 #include "app/modGandrel.h"
+#include "calc/UserInterface.h"
 
 namespace gandrel {
 
@@ -25,6 +27,10 @@ namespace {
 // when that is another one, whose gandrel.dat stands in for a missing one.
 std::string appDirectory;
 std::string extraDatDirectory;
+
+// The files that could not be read, and whether the user has been told that
+// they are not saved.
+std::map<std::string, bool> unreadFiles;
 
 // Settings and definitions files are small; anything larger than this is
 // not one of them and is not read into memory.
@@ -129,6 +135,25 @@ bool FileIsMissing(const std::string& path) {
   if (stat(path.c_str(), &st) != 0) return errno == ENOENT || errno == ENOTDIR;
   // A folder, a pipe or a device is there, though no file can be read from it.
   return S_ISREG(st.st_mode) && st.st_size == 0;
+}
+
+void NoteUnreadFile(const std::string& path) {
+  unreadFiles.try_emplace(path, false);
+}
+
+bool SkipUnreadFile(const std::string& path) {
+  auto it = unreadFiles.find(path);
+  if (it == unreadFiles.end()) return false;
+  if (!it->second) {
+    it->second = true;
+    MsgBox("Gandrel could not read " + path +
+           ", so it is left as it is: this run's changes to it cannot be saved.");
+  }
+  return true;
+}
+
+void ForgetUnreadFiles() {
+  unreadFiles.clear();
 }
 
 static std::string Reason(int error) {

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <map>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -256,6 +258,98 @@ TEST_F(SettingsTest, OneOldDefinitionsFile) {
   EXPECT_EQ(def.substr(def.find("it!\r\n") + 5), "4d6\r\n");
   SetAppDirectory(PathOf("bin/"));
   EXPECT_EQ(OldDefinitionsFile(), PathOf(beside));
+}
+
+// What stands at a path, to tell whether it was left as it was.
+std::string Describe(const std::string& path) {
+  fs::file_status st = fs::symlink_status(path);
+  if (fs::is_symlink(st)) return "link to " + fs::read_symlink(path).string();
+  if (fs::is_directory(st))
+    return "folder of " + std::to_string(std::distance(fs::directory_iterator(path), {}));
+  if (fs::is_fifo(st)) return "pipe";
+  if (fs::is_regular_file(st)) return "file of " + std::to_string(fs::file_size(path));
+  return "nothing";
+}
+
+// A settings or definitions file that is there but cannot be read is told
+// about at start-up and never written over: saving it would lose what it
+// holds. The first save that skips it says so once; the other file is saved.
+TEST_F(SettingsTest, UnreadFilesAreNeverWrittenOver) {
+  using Make = void (*)(const std::string& path);
+  const struct {
+    const char* what;
+    Make make;
+    Items names;
+  } cases[] = {
+      {"a pipe",
+       [](const std::string& p) { ASSERT_EQ(mkfifo(p.c_str(), 0600), 0); },
+       {"gandrel.ini", "gandrel.def", "gandrel.dat"}},
+      {"too large",
+       [](const std::string& p) {
+         std::ofstream(p) << "define d = 1 to 2\n";
+         fs::resize_file(p, kTooLarge);
+       },
+       {"gandrel.def"}},
+      {"a folder",
+       [](const std::string& p) { fs::create_directories(p + "/keep"); },
+       {"gandrel.ini"}},
+      {"a link to a folder",
+       [](const std::string& p) {
+         fs::create_directories(p + ".folder");
+         fs::create_directory_symlink(p + ".folder", p);
+       },
+       {"gandrel.def"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    std::vector<fs::path> old(fs::directory_iterator(folder), {});
+    for (const fs::path& path : old)
+      fs::remove_all(path);
+    ResetIni();
+    ui.messages.clear();
+    std::map<std::string, std::string> before;
+    for (const std::string& name : c.names) {
+      c.make(PathOf(name));
+      before[name] = Describe(PathOf(name));
+    }
+    {
+      WatchForHang watch;
+      StartUp();
+    }
+    EXPECT_EQ(ui.messages.size(), c.names.size());  // each could not be read
+    ui.messages.clear();
+    EXPECT_FALSE(SaveSettings());
+    EXPECT_FALSE(SaveSettings());
+    Items told;
+    for (const std::string& name : c.names) {
+      EXPECT_EQ(Describe(PathOf(name)), before[name]) << name;
+      if (name != "gandrel.dat")
+        told.push_back("Gandrel could not read " + PathOf(name) +
+                       ", so it is left as it is: this run's changes to it cannot be saved.");
+    }
+    EXPECT_EQ(ui.Texts(), told);
+    for (const char* saved : {"gandrel.ini", "gandrel.def"}) {
+      if (!before.count(saved)) {
+        EXPECT_TRUE(fs::is_regular_file(PathOf(saved))) << saved;
+      }
+    }
+  }
+}
+
+TEST_F(SettingsTest, FilesWithoutReadPermissionAreNeverWrittenOver) {
+  if (geteuid() == 0) GTEST_SKIP() << "running as root, whom no permission keeps from reading";
+  WriteFile("gandrel.def", "define d = 1 to 2\n");
+  WriteFile("gandrel.ini", "[Settings]\nKeepNum=3\n");
+  for (const char* name : {"gandrel.def", "gandrel.ini"})
+    fs::permissions(PathOf(name), fs::perms::none);
+  StartUp();
+  EXPECT_EQ(ui.messages.size(), 2u);
+  EXPECT_FALSE(SaveSettings());
+  EXPECT_EQ(ui.messages.size(), 4u);
+  for (const char* name : {"gandrel.def", "gandrel.ini"})
+    fs::permissions(PathOf(name), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(ReadFile("gandrel.def"), "define d = 1 to 2\n");
+  EXPECT_EQ(ReadFile("gandrel.ini"), "[Settings]\nKeepNum=3\n");
 }
 
 TEST_F(SettingsTest, AtomicWrite) {
