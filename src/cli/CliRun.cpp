@@ -4,8 +4,10 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -115,12 +117,31 @@ class Attached {
   Attached& operator=(const Attached&) = delete;
 };
 
+// Keeps the reason of the first failed write to out (a full disk); true once
+// out has failed.
+bool NoteWriteError(FILE* out, int& writeError) {
+  if (writeError == 0 && std::ferror(out)) writeError = errno != 0 ? errno : EIO;
+  return writeError != 0;
+}
+
+// Flushes out and returns status, or 1 after telling on err why out could not
+// be written: rolls nobody can see must not pass for a success.
+int FinishOutput(FILE* out, FILE* err, int writeError, int status) {
+  if (std::fflush(out) != 0 && writeError == 0) writeError = errno != 0 ? errno : EIO;
+  NoteWriteError(out, writeError);
+  if (writeError == 0) return status;
+  std::fprintf(err, "gandrel-cli: cannot write to standard output: %s\n",
+               std::strerror(writeError));
+  return 1;
+}
+
 class RollLoop {
  public:
   RollLoop(const CliOptions& options, FILE* out, TerminalView& view)
       : options_(options), out_(out), outIsTerminal_(isatty(fileno(out)) == 1), view_(view) {}
 
-  // Rolls dieValue as often as asked; false once the run was interrupted.
+  // Rolls dieValue as often as asked; false once the run was interrupted or
+  // its output could not be written.
   bool Roll(const std::string& dieValue) {
     for (long k = 0; k < options_.repeat; ++k) {
       view_.SetDieValueText(dieValue);
@@ -131,11 +152,13 @@ class RollLoop {
         status = 1;
         return false;
       }
+      if (NoteWriteError(out_, writeError)) return false;
     }
     return true;
   }
 
   int status = 0;
+  int writeError = 0;  // the reason the output failed, 0 while it did not
 
  private:
   void Print() {
@@ -172,6 +195,7 @@ void ReadAndRoll(FILE* in, FILE* out, RollLoop& loop) {
       std::fputs("gandrel> ", out);
       std::fflush(out);
     }
+    if (NoteWriteError(out, loop.writeError)) break;
     ssize_t n = getline(&buffer, &capacity, in);
     if (n < 0) {
       if (interrupts) {
@@ -233,8 +257,7 @@ int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err) {
     for (const std::string& dieValue : options.dieValues)
       if (!loop.Roll(dieValue)) break;
   }
-  std::fflush(out);
-  return loop.status;
+  return FinishOutput(out, err, loop.writeError, loop.status);
 }
 
 int CliMain(int argc, char** argv) {
@@ -247,11 +270,11 @@ int CliMain(int argc, char** argv) {
   }
   if (options.help) {
     std::fputs(CliHelpText().c_str(), stdout);
-    return 0;
+    return FinishOutput(stdout, stderr, 0, 0);
   }
   if (options.version) {
     std::fputs(CliVersionText().c_str(), stdout);
-    return 0;
+    return FinishOutput(stdout, stderr, 0, 0);
   }
   // Many rolls into a pipe or a file: a large buffer, no flush per line.
   if (isatty(STDOUT_FILENO) != 1) std::setvbuf(stdout, nullptr, _IOFBF, 1 << 16);

@@ -23,8 +23,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
+
+#include "calc/RuntimeError.h"
 
 namespace gandrel {
 
@@ -67,6 +70,17 @@ void DefineRange(const std::string& spec, const std::string& name,
 void DefineSequence(const std::string& spec, const std::string& name,
                     DieTypeTables& tables = dieTypes);
 
+// Told about a statement of ParseDefines that raised (Overflow); the statement
+// changed nothing and the others are still defined.
+using DefineErrorHandler =
+    std::function<void(const std::string& statement, const RuntimeError& error)>;
+
+// The statements of a definitions file at once: leaves both tables exactly as
+// ParseDefine on each statement in turn would (element 0 aside), in time
+// about in proportion to the text instead of the square of the table per
+// statement.
+void ParseDefines(const std::vector<std::string>& statements, const DefineErrorHandler& onError);
+
 // ---- Notation and the calculation entry ----------------------------------
 
 // Gives every "d" that has neither a size nor a defined name the default die.
@@ -100,6 +114,11 @@ double LongGetDieResults(std::string& die, std::string& dice, std::string& detai
 
 // Rolls the first dice term of expr with LongGetDieResults; expr is not changed.
 void LongGenDice(const std::string& expr, std::string& dice, std::string& details);
+
+// How many dice terms GetDieResult and LongGetDieResults have been handed
+// since the program started: two readings tell whether the work between them
+// reached the dice.
+unsigned long long DiceTermsRolled();
 
 // ---- Bounds of a term ----------------------------------------------------
 
