@@ -213,8 +213,8 @@ static EntryVerdict Judge(const std::string& entry, const std::vector<std::strin
       verdict.replaces = -1;
       return verdict;
     }
-    verdict.question = "There is already a die type " + trial.name + ": " + old +
-                       ". Replace it with " + verdict.stored + "?";
+    verdict.question = "There is already a die type named " + trial.name + ": \"" + old +
+                       "\". Replace it with \"" + verdict.stored + "\"?";
   }
   return verdict;
 }

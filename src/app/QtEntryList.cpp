@@ -117,6 +117,7 @@ bool QtEntryList::AddEntry() {
     lstEntries->addItem(stored);
   Arrange(stored);
   txtEntry->clear();
+  txtEntry->setFocus();  // ready for the next entry, after a question too
   return true;
 }
 

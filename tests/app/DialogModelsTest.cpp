@@ -49,9 +49,9 @@ TEST_F(DialogModelsTest, AcceptedDieTypeEntries) {
     EXPECT_EQ(verdict.stored, c.stored) << c.entry;
     EXPECT_EQ(verdict.replaces, c.replaces) << c.entry;
     std::string name = std::string(c.stored).substr(0, std::string(c.stored).find(" ="));
-    std::string question = "There is already a die type " + name + ": " +
-                           (c.replaces >= 0 ? others[c.replaces] : "") + ". Replace it with " +
-                           c.stored + "?";
+    std::string question = "There is already a die type named " + name + ": \"" +
+                           (c.replaces >= 0 ? others[c.replaces] : "") + "\". Replace it with \"" +
+                           c.stored + "\"?";
     EXPECT_EQ(verdict.question, c.replaces >= 0 ? question : "") << c.entry;
   }
 }

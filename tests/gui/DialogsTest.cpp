@@ -75,7 +75,8 @@ TEST_F(WindowTest, DefineDieTypesShowsWhatItStores) {
     }
     EXPECT_EQ(ui.messages.size(), 3u);
     EXPECT_EQ(ui.messages[1],
-              "There is already a die type dX: dx = 1 to 3. Replace it with dX = 2 to 4?");
+              "There is already a die type named dX: \"dx = 1 to 3\". Replace it with \"dX = 2 "
+              "to 4\"?");
     EXPECT_EQ(list->Entries(), (Entries{"dfate = -1 to 1", "dX = 2 to 4", "dy = 2,4"}));
     QTest::mouseClick(dialog.btnOkay, Qt::LeftButton);
   }
