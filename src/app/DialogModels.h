@@ -2,7 +2,8 @@
 //
 // The Define Die Types dialog shows the die types as entries such as
 // "dfate = -1 to 1" and "dfib = 1,1,2,3,5" and rebuilds both tables from
-// them; the Preferences dialog edits the always-add items; the main window
+// them; the Preferences dialog checks the default die and edits the
+// always-add items; the main window
 // limits the each-result text it shows. The widgets call these and only show
 // the outcome.
 #pragma once
@@ -65,10 +66,10 @@ void RebuildDieTypes(const std::vector<std::string>& entries);
 std::string DefaultDieText(const std::string& dieType);
 
 // What the Preferences dialog makes of a typed default die: "d" and a whole
-// number of sides from 1 to 15 digits (or the bare number, as the settings
-// file keeps it) is stored as the bare number ("d6" and "6" as "6"); the
-// name of a defined die type, with or without its "d", as the type spells
-// it. Anything else is refused: such a default die would not roll.
+// number of sides of at least 1 (at most 15 digits), or that number alone as
+// the settings file keeps it, is stored as the bare number ("d6" and "6" as
+// "6"); the name of a defined die type, with or without its "d", as the type
+// spells it. Anything else is refused: such a default die would not roll.
 struct DefaultDieVerdict {
   std::string refusal;
   std::string stored;
