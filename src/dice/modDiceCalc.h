@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "calc/RuntimeError.h"
+#include "calc/modEvaluate.h"
 
 namespace gandrel {
 
@@ -100,6 +101,10 @@ void CalcOutsideQuotes(std::string& line);
 // expr becomes "<calc error>". With long results on, appends
 // "Calc: " & expr & "=" & value to details.
 double Calc(std::string& expr, std::string& details);
+// The same, and failure says why the evaluator failed (EvalFault::None when
+// it did not); a roll that failed before it is EvalFault::RollFailed. The
+// roll, the result and the details are those of the call above.
+double Calc(std::string& expr, std::string& details, EvalFailure& failure);
 
 // ---- Rolling one term ----------------------------------------------------
 

@@ -187,6 +187,32 @@ TEST_F(Roll, CalcRollsEveryTermAndReportsTheEvaluation) {
   EXPECT_EQ(ui.Texts(), std::vector<std::string>{kTooBig});
 }
 
+// Asking why changes nothing of the roll; a failed roll is named as such,
+// not as the evaluator's failure on "<error>".
+TEST_F(Roll, CalcNamesWhyItFailed) {
+  const struct {
+    std::string in;
+    EvalFault fault;
+  } cases[] = {{"3d6+2", EvalFault::None},
+               {"(2d6", EvalFault::UnpairedParentheses},
+               {"2d6/(1d1-1)", EvalFault::DivisionByZero},
+               {"4dfate*", EvalFault::OperatorLast},
+               {"1+1dw", EvalFault::RollFailed},
+               {"2d6\"(x\"", EvalFault::UnpairedParentheses}};
+  const std::vector<double> faces = {F(4, 6), F(1, 6), F(6, 6), F(2, 6)};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.in);
+    std::string plain = c.in, asked = c.in, plainDetails, askedDetails;
+    ScriptRandom(faces);
+    double value = Calc(plain, plainDetails);
+    ScriptRandom(faces);
+    EvalFailure failure;
+    EXPECT_EQ(Calc(asked, askedDetails, failure), value);
+    EXPECT_EQ(std::pair(asked, askedDetails), std::pair(plain, plainDetails));
+    EXPECT_EQ(failure.fault, c.fault);
+  }
+}
+
 TEST_F(Roll, GenerateAllDiceLetsTheListTypeEndTheTerm) {
   std::string expr = "2dab", details = "old";
   GenerateAllDice(expr, details);
