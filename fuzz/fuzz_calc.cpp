@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include "calc/Basic.h"
 #include "calc/EngineSettings.h"
@@ -41,23 +42,26 @@ void DefineTypes() {
     ParseDefine(statement);
 }
 
-bool WholeDigits(const std::string& text) {
+bool WholeDigits(std::string_view text) {
   for (char c : text)
     if (!IsDigit(c) && c != '-' && c != '+') return false;
   return true;
 }
 
-// "term= +a+b+c= total" CR LF: the dice must add up to the total.
-void CheckDetailLines(const std::string& details) {
+// "term= +a+b+c= total" CR LF: the dice must add up to the total. A term of
+// a hundred thousand dice writes a line of that many entries, so the line is
+// walked in place: each die is read where it stands, and the whole check is
+// one pass over the details.
+void CheckDetailLines(std::string_view details) {
   size_t from = 0;
-  for (size_t end; (end = details.find("\r\n", from)) != std::string::npos; from = end + 2) {
-    std::string line = details.substr(from, end - from);
+  for (size_t end; (end = details.find("\r\n", from)) != std::string_view::npos; from = end + 2) {
+    std::string_view line = details.substr(from, end - from);
     size_t second = line.rfind("= ");
-    if (second == std::string::npos || second == 0) continue;
+    if (second == std::string_view::npos || second == 0) continue;
     size_t first = line.rfind("= ", second - 1);
-    if (first == std::string::npos) continue;
-    std::string dice = line.substr(first + 2, second - first - 2);
-    std::string total = line.substr(second + 2);
+    if (first == std::string_view::npos) continue;
+    std::string_view dice = line.substr(first + 2, second - first - 2);
+    std::string_view total = line.substr(second + 2);
     if (!WholeDigits(dice) || !WholeDigits(total) || total.size() > 14) continue;
     double sum = 0;
     for (size_t p = 0; p < dice.size(); p = dice.find('+', p + 1))

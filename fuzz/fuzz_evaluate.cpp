@@ -113,6 +113,23 @@ std::optional<double> Apply(const std::string& op, double a, double b) {
   return v;
 }
 
+// Parentheses recurse, and the run-time's stack is not endless: 200 nested
+// evaluations are refused as "Out of stack space", a run-time error like any
+// other (message, then failure), raised where the 201st would begin.
+constexpr int kMaxNesting = 200;
+int nesting = 0;
+
+class Nesting {
+ public:
+  Nesting() {
+    if (nesting >= kMaxNesting) Raise(ErrNo::OutOfStackSpace);
+    ++nesting;
+  }
+  ~Nesting() { --nesting; }
+  Nesting(const Nesting&) = delete;
+  Nesting& operator=(const Nesting&) = delete;
+};
+
 struct Level {
   std::vector<std::pair<std::string, long>> ops;
   int op;
@@ -135,6 +152,7 @@ double Evaluate(std::string& expression) {
 }
 
 std::optional<double> Run(const std::string& expression) {
+  Nesting nested;
   std::string work = Strip(Trim(expression));
   Fold(work);
   if (Left(work, 1) == "+") work = Mid(work, 2);

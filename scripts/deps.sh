@@ -4,10 +4,12 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build pkg-config qt6-base-dev libgl-dev)
+comma_locale=no
 for want in "$@"; do
   case "$want" in
     build|run) ;;
-    test) packages+=(libgtest-dev libgmock-dev) ;;
+    # The number tests switch to a locale whose decimal point is a comma.
+    test) packages+=(libgtest-dev libgmock-dev locales); comma_locale=yes ;;
     bench) packages+=(libbenchmark-dev) ;;
     fuzz) packages+=(clang libclang-rt-14-dev) ;;
     gui-check) packages+=(xvfb xauth xdotool xclip imagemagick) ;;
@@ -15,23 +17,37 @@ for want in "$@"; do
   esac
 done
 
+# Runs a command as root: directly, or through sudo.
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null 2>&1; then
+    sudo "$@"
+  else
+    echo "deps.sh: neither root nor sudo is available to run: $*" >&2
+    exit 1
+  fi
+}
+
 missing=()
 for p in "${packages[@]}"; do
   if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
     missing+=("$p")
   fi
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
-
-echo "Installing: ${missing[*]}"
-if [ "$(id -u)" -eq 0 ]; then
-  as_root=()
-elif command -v sudo >/dev/null 2>&1; then
-  as_root=(sudo)
-else
-  echo "deps.sh: these packages are missing and neither root nor sudo is available: ${missing[*]}" >&2
-  exit 1
+if [ ${#missing[@]} -gt 0 ]; then
+  echo "Installing: ${missing[*]}"
+  export DEBIAN_FRONTEND=noninteractive
+  as_root apt-get update -qq
+  as_root apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null
 fi
-export DEBIAN_FRONTEND=noninteractive
-"${as_root[@]}" apt-get update -qq
-"${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" </dev/null
+
+# The package brings the locale sources only; de_DE.UTF-8 is compiled once.
+if [ "$comma_locale" = yes ] && ! locale -a 2>/dev/null | grep -qix 'de_DE\.utf-\?8'; then
+  echo "Generating the locale de_DE.UTF-8"
+  as_root localedef -i de_DE -c -f UTF-8 de_DE.UTF-8 || true
+  if ! locale -a 2>/dev/null | grep -qix 'de_DE\.utf-\?8'; then
+    echo "deps.sh: could not generate the locale de_DE.UTF-8" >&2
+    exit 1
+  fi
+fi

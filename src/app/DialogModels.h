@@ -2,7 +2,8 @@
 //
 // The Define Die Types dialog shows the die types as entries such as
 // "dfate = -1 to 1" and "dfib = 1,1,2,3,5" and rebuilds both tables from
-// them; the Preferences dialog edits the always-add items; the main window
+// them; the Preferences dialog checks the default die and edits the
+// always-add items; the main window
 // limits the each-result text it shows. The widgets call these and only show
 // the outcome.
 #pragma once
@@ -13,6 +14,16 @@
 
 namespace gandrel {
 
+// ---- Entry lists ----------------------------------------------------------
+
+// What an entry list makes of a typed entry.
+struct EntryVerdict {
+  std::string refusal;   // why it cannot go in; "" when it can
+  std::string stored;    // the entry as the list keeps it
+  long replaces = -1;    // the index, in others, of the entry it takes the place of
+  std::string question;  // asked (Yes/No) before it takes that place
+};
+
 // ---- Die types -------------------------------------------------------------
 
 // Every die type as an entry "name = spec": the range types first
@@ -20,15 +31,50 @@ namespace gandrel {
 // table order.
 std::vector<std::string> ListDieTypeEntries();
 
-// Why entry would not make a die type beside others, or "" when it would:
-// it must define a type, and no other entry may define a type of the same
-// kind and name (the later would silently replace it). The tables are left as
-// they were.
-std::string CheckDieTypeEntry(const std::string& entry, const std::vector<std::string>& others);
+// What the Define Die Types dialog makes of entry beside others. Refused:
+// an entry that defines no type (or a bound beyond 32 bits, or a ";"), a
+// name that is only "d" or holds a blank or a character that means
+// something else in a die value (+ - * / \ ^ < > = | & ( ) " , @), a range
+// bound or a list item that is not a number, and a name that begins with the
+// name of a type of the other kind, or is the beginning of one (the roll
+// would take one for the other). stored is the entry as the tables will keep
+// it ("x = 1 to 3" is "dx = 1 to 3"). An entry whose name is that of another
+// entry replaces it, after the question. The tables are left as they were.
+EntryVerdict CheckDieTypeEntry(const std::string& entry, const std::vector<std::string>& others);
 
-// Empties both tables and defines every entry through ParseDefine
-// ("define " & entry), so that a type left out is gone.
+// The line shown under the typed entry: how it will be stored, what it
+// replaces, and what a name of "d" and digits also stands for; "" while the
+// entry would be refused.
+std::string PreviewDieTypeEntry(const std::string& entry, const std::vector<std::string>& others);
+
+// The entries in the order the tables will hold them, which is the order a
+// later ListDieTypeEntries shows: ranges, then lists, each longest name
+// first, names of one length in the order given. Entries that define no type
+// are left out; of two with one name and kind, the later one's text stands
+// in the earlier one's place.
+std::vector<std::string> ArrangeDieTypeEntries(const std::vector<std::string>& entries);
+
+// Empties both tables and defines the entries in the order above, so that a
+// type left out is gone and the dialog opened again lists what it was left
+// with.
 void RebuildDieTypes(const std::vector<std::string>& entries);
+
+// ---- The default die -------------------------------------------------------
+
+// The default die as the Preferences dialog shows it: "d6" for the size
+// "6", a die type's name as it stands.
+std::string DefaultDieText(const std::string& dieType);
+
+// What the Preferences dialog makes of a typed default die: "d" and a whole
+// number of sides of at least 1 (at most 15 digits), or that number alone as
+// the settings file keeps it, is stored as the bare number ("d6" and "6" as
+// "6"); the name of a defined die type, with or without its "d", as the type
+// spells it. Anything else is refused: such a default die would not roll.
+struct DefaultDieVerdict {
+  std::string refusal;
+  std::string stored;
+};
+DefaultDieVerdict CheckDefaultDie(const std::string& typed);
 
 // ---- Always-add items ------------------------------------------------------
 

@@ -19,8 +19,8 @@ static QPushButton* MakeButton(const QString& caption, QWidget* parent) {
   return button;
 }
 
-QtEntryList::QtEntryList(bool reorderable, Checker check, QWidget* parent)
-    : QWidget(parent), check_(std::move(check)) {
+QtEntryList::QtEntryList(bool reorderable, Checker check, Arranger arrange, QWidget* parent)
+    : QWidget(parent), check_(std::move(check)), arrange_(std::move(arrange)) {
   lstEntries = new QListWidget(this);
   lstEntries->setObjectName("lstEntries");
   txtEntry = new QLineEdit(this);
@@ -79,30 +79,57 @@ std::vector<std::string> QtEntryList::EntriesExcept(int skip) const {
   return entries;
 }
 
-bool QtEntryList::Accepts(const std::string& entry, int skip) {
-  std::string why = check_ ? check_(entry, EntriesExcept(skip)) : "";
-  if (why.empty()) return true;
-  MsgBox(why);
-  txtEntry->setFocus();
-  return false;
+std::optional<EntryVerdict> QtEntryList::Accepts(const std::string& entry, int skip) {
+  EntryVerdict verdict;
+  verdict.stored = entry;
+  if (check_) verdict = check_(entry, EntriesExcept(skip));
+  if (!verdict.refusal.empty()) {
+    MsgBox(verdict.refusal);
+    txtEntry->setFocus();
+    return std::nullopt;
+  }
+  if (verdict.replaces >= 0) {
+    if (UI().ShowMessage(verdict.question, MsgButtons::YesNo, MsgIcon::Question, kAppTitle) !=
+        MsgAnswer::Yes) {
+      txtEntry->setFocus();
+      return std::nullopt;
+    }
+    // An index among the other rows, made a row of the list.
+    if (skip >= 0 && verdict.replaces >= skip) ++verdict.replaces;
+  }
+  return verdict;
+}
+
+void QtEntryList::Arrange(const QString& text) {
+  if (arrange_) SetEntries(arrange_(Entries()));
+  QList<QListWidgetItem*> found = lstEntries->findItems(text, Qt::MatchExactly);
+  if (!found.isEmpty()) lstEntries->setCurrentItem(found.front());
+  UpdateButtons();
 }
 
 bool QtEntryList::AddEntry() {
-  std::string entry = Trim(txtEntry->text().toStdString());
-  if (!Accepts(entry, -1)) return false;
-  lstEntries->addItem(QString::fromStdString(entry));
-  lstEntries->setCurrentRow(lstEntries->count() - 1);
+  std::optional<EntryVerdict> verdict = Accepts(Trim(txtEntry->text().toStdString()), -1);
+  if (!verdict) return false;
+  QString stored = QString::fromStdString(verdict->stored);
+  if (verdict->replaces >= 0)
+    lstEntries->item(static_cast<int>(verdict->replaces))->setText(stored);
+  else
+    lstEntries->addItem(stored);
+  Arrange(stored);
   txtEntry->clear();
-  UpdateButtons();
+  txtEntry->setFocus();  // ready for the next entry, after a question too
   return true;
 }
 
 bool QtEntryList::ChangeEntry() {
   int row = lstEntries->currentRow();
   if (row < 0) return false;
-  std::string entry = Trim(txtEntry->text().toStdString());
-  if (!Accepts(entry, row)) return false;
-  lstEntries->item(row)->setText(QString::fromStdString(entry));
+  std::optional<EntryVerdict> verdict = Accepts(Trim(txtEntry->text().toStdString()), row);
+  if (!verdict) return false;
+  QString stored = QString::fromStdString(verdict->stored);
+  lstEntries->item(row)->setText(stored);
+  if (verdict->replaces >= 0) delete lstEntries->takeItem(static_cast<int>(verdict->replaces));
+  Arrange(stored);
   return true;
 }
 

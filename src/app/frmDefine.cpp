@@ -24,8 +24,16 @@ frmDefine::frmDefine(QWidget* parent) : QDialog(parent) {
                           this);
   hint->setTextFormat(Qt::PlainText);
 
-  lstTypes = new QtEntryList(false, CheckDieTypeEntry, this);
+  lstTypes = new QtEntryList(false, CheckDieTypeEntry, ArrangeDieTypeEntries, this);
   lstTypes->SetEntries(ListDieTypeEntries());
+  lblStored = new QLabel(this);
+  lblStored->setObjectName("lblStored");
+  lblStored->setTextFormat(Qt::PlainText);
+  lblStored->setWordWrap(true);
+  connect(lstTypes->txtEntry, &QLineEdit::textChanged, this, [this](const QString& text) {
+    lblStored->setText(
+        QString::fromStdString(PreviewDieTypeEntry(text.toStdString(), lstTypes->Entries())));
+  });
 
   btnOkay = new QPushButton(tr("&Okay"), this);
   btnOkay->setAutoDefault(false);
@@ -44,6 +52,7 @@ frmDefine::frmDefine(QWidget* parent) : QDialog(parent) {
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(hint);
   layout->addWidget(lstTypes, 1);
+  layout->addWidget(lblStored);
   layout->addLayout(buttons);
   resize(460, 360);
   lstTypes->txtEntry->setFocus();

@@ -39,9 +39,10 @@ frmPrefs::frmPrefs(QWidget* parent) : QDialog(parent) {
   setObjectName("frmPrefs");
   setWindowTitle(tr("Preferences"));
 
-  txtDieType = new QLineEdit(QString::fromStdString(engineSettings.DieType), this);
+  txtDieType = new QLineEdit(QString::fromStdString(DefaultDieText(engineSettings.DieType)), this);
   txtDieType->setToolTip(
-      tr("The die a bare \"d\" rolls: a size such as 6, or a die type such as dfate"));
+      tr("The die a bare \"d\" rolls: d and a number of sides, such as d6, or one of your die "
+         "types, such as dfate"));
   chkLongResults = MakeCheck(tr("&Long results: list every die"), engineSettings.LongResults, this);
   spinMargin = MakeSpin(0, 99, engineSettings.MarginIncrement, this);
   auto* rolling = new QGroupBox(tr("Rolling"), this);
@@ -75,7 +76,13 @@ frmPrefs::frmPrefs(QWidget* parent) : QDialog(parent) {
     windowForm->addRow(fontLabels[i], btnFont[i]);
   }
 
-  lstAlwaysAdd = new QtEntryList(true, CheckAlwaysAddItem, this);
+  auto checkItem = [](const std::string& item, const std::vector<std::string>& others) {
+    EntryVerdict verdict;
+    verdict.refusal = CheckAlwaysAddItem(item, others);
+    verdict.stored = Trim(item);
+    return verdict;
+  };
+  lstAlwaysAdd = new QtEntryList(true, checkItem, nullptr, this);
   std::vector<std::string> items;
   for (size_t i = 1; i < AlwaysAddItems.size(); ++i)
     items.push_back(AlwaysAddItems[i]);
@@ -108,6 +115,9 @@ frmPrefs::frmPrefs(QWidget* parent) : QDialog(parent) {
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(columns, 1);
   layout->addLayout(buttons);
+  // A stray key must not change a setting: the dialog opens on Okay, where
+  // Space confirms what is shown.
+  btnOkay->setFocus();
 }
 
 void frmPrefs::ShowFont(int index) {
@@ -125,13 +135,14 @@ void frmPrefs::ChooseFont(int index) {
 }
 
 bool frmPrefs::Apply() {
-  std::string dieType = Trim(txtDieType->text().toStdString());
-  if (dieType.empty()) {
-    MsgBox("Please give a default die, such as 6.");
+  DefaultDieVerdict die = CheckDefaultDie(txtDieType->text().toStdString());
+  if (!die.refusal.empty()) {
+    MsgBox(die.refusal);
     txtDieType->setFocus();
+    txtDieType->selectAll();
     return false;
   }
-  engineSettings.DieType = dieType;
+  engineSettings.DieType = die.stored;
   settings.AddDice = chkAddDice->isChecked();
   settings.NewFirst = chkNewFirst->isChecked();
   settings.KeepNum = static_cast<int16_t>(spinKeepNum->value());

@@ -4,6 +4,8 @@
 // KeepAlways), long results and their indent width, stay-on-top, the three
 // fonts and the always-add items. Okay applies everything, tells the main
 // window (applied()) and saves the settings at once; Cancel changes nothing.
+// Only a default die that rolls is taken. The dialog opens with the focus on
+// Okay, so that a stray key changes no setting.
 #pragma once
 
 #include <QDialog>

@@ -183,9 +183,21 @@ static void RunScriptRequest(Request& request) {
   request.logText = kScriptsUnavailable;
 }
 
+// An error of a request that reached the dice is told as a roll tells its
+// own; one met before any die (a die value too long to work on) is no die
+// result too big, and is told as the error it is.
+static void ReportRollError(const RuntimeError& error, bool reachedDice) {
+  if (reachedDice) {
+    ShowErrorMessage(error, kRollTooBigMessage, kRollingAdvice);
+  } else {
+    ShowRuntimeErrorMessage(error, kDieValueAdvice);
+  }
+}
+
 static void RollExpression(Request& request) {
   request.isScript = false;
   std::optional<RuntimeError> error;
+  unsigned long long termsBefore = DiceTermsRolled();
   try {
     error = TrapRuntimeError([&] {
       ExpandDice(request.dieValue);
@@ -199,7 +211,7 @@ static void RollExpression(Request& request) {
     return;
   }
   if (error) {
-    MsgBox(std::string(kRollTooBigMessage));
+    ReportRollError(*error, DiceTermsRolled() != termsBefore);
     request.dieValue = kErrorMarker;
   }
 }

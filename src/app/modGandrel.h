@@ -156,8 +156,9 @@ void PickDieValue(const std::string& entry);
 // applies the settings to its window and makes the first roll afterwards.
 void StartUp();
 void LoadSettings();
-// Writes gandrel.ini and gandrel.def (never half-written files). Returns
-// false when a file could not be written (the user has been told).
+// Writes gandrel.ini and gandrel.def (never half-written files), except one
+// that could not be read (SkipUnreadFile). Returns false when a file was not
+// written (the user has been told).
 bool SaveSettings();
 
 // The folder of gandrel.ini, gandrel.def and gandrel.dat.
@@ -174,25 +175,27 @@ std::string ExecutableDirectory();
 // live in $XDG_CONFIG_HOME/gandrel (default ~/.config/gandrel), made on the
 // first save, unless the executable's folder already holds gandrel.ini or
 // gandrel.def and is writable: then that folder is used (portable use). A
-// gandrel.dat beside the executable is read too. Returns the folder chosen.
+// gandrel.dat beside the executable is read when the chosen folder has none.
+// Returns the folder chosen.
 std::string ChooseAppDirectory(const std::string& exeDir);
 
 // The full name of a file of the application's folder.
 std::string AppFile(const std::string& name);
 
-// The gandrel.dat files read at start-up, in order: the one beside the
-// executable (when ChooseAppDirectory chose another folder), then the one of
-// the application's folder.
-std::vector<std::string> OldDefinitionsFiles();
+// The one gandrel.dat read at start-up: the application folder's, else (when
+// that one is missing and ChooseAppDirectory chose another folder) the one
+// beside the executable.
+std::string OldDefinitionsFile();
 
 // True when there is nothing to read at path: a name whose first "." is its
-// first character, no file at all (nothing is created), or an empty file,
-// which is deleted.
+// first character, no file at all, or an empty file. Nothing is created or
+// deleted. A folder, a pipe or a device is not missing: reading it fails.
 bool FileIsMissing(const std::string& path);
 
 // ---- Text files ----------------------------------------------------------
 
-// Reads the whole file; on failure returns false with the reason.
+// Reads the whole file; on failure returns false with the reason. Only a
+// regular file is opened, and never waited for (a pipe fails at once).
 bool ReadTextFile(const std::string& path, std::string& content, std::string& reason);
 
 // Writes content to a temporary file beside path and renames it over path, so
@@ -205,10 +208,23 @@ bool WriteTextFileAtomic(const std::string& path, const std::string& content, st
 // end does not start another line.
 std::vector<std::string> SplitLines(const std::string& text);
 
+// ---- Files that could not be read ----------------------------------------
+
+// A settings or definitions file that is there but could not be read (no
+// permission, too large, a folder or a pipe in its place) is never written
+// over in this run: what it holds would be lost. Its reader notes it.
+void NoteUnreadFile(const std::string& path);
+// True when path was noted; the first call for it tells the user that this
+// run's changes to it cannot be saved.
+bool SkipUnreadFile(const std::string& path);
+// Forgets the noted files (a new start).
+void ForgetUnreadFiles();
+
 // ---- Definitions files ---------------------------------------------------
 
 // gandrel.def: define lines to ParseDefine, other lines to AlwaysAddItems
-// unless already there (ignoring case). A missing file is skipped.
+// unless already there (ignoring case). A missing file is skipped; one that is
+// there but cannot be read is told about and noted (NoteUnreadFile).
 void ReadDefinitions(const std::string& path);
 
 // gandrel.dat, the older file, read only: lower-cased lines; "die=" sets the
@@ -220,8 +236,8 @@ void ReadOldDefinitions(const std::string& path, std::vector<std::string>& liste
 // The text of gandrel.def for the die types and always-add items in memory.
 std::string DefinitionsText();
 
-// Rewrites gandrel.def whole; false when it could not be written (the user
-// has been told).
+// Rewrites gandrel.def whole; false when it could not be written or was not
+// read at start-up (the user has been told).
 bool SaveDefinitions(const std::string& path);
 
 }  // namespace gandrel

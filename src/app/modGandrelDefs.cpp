@@ -1,7 +1,8 @@
 // The definitions files: gandrel.def (the user's die types and always-add
 // items, read and rewritten) and the older gandrel.dat (read only).
-#include <optional>
 #include <string>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "app/Settings.h"
@@ -28,19 +29,21 @@ static bool ReadLines(const std::string& path, const char* what, std::vector<std
   std::string content, reason;
   if (!ReadTextFile(path, content, reason)) {
     MsgBox(std::string("Gandrel could not read its ") + what + " from " + path + ": " + reason);
+    NoteUnreadFile(path);
     return false;
   }
   lines = SplitLines(content);
   return true;
 }
 
-// A define line whose numbers do not fit is told about and skipped; the rest
-// of the file is still read.
-static void DefineFromLine(std::string line, const std::string& path) {
-  std::optional<RuntimeError> error = TrapRuntimeError([&] { ParseDefine(line); });
-  if (error)
+// The define lines of a file, in order, all at once (the die types do not
+// bear on the other lines). A line whose numbers do not fit is told about and
+// skipped; the rest are still defined.
+static void DefineAll(const std::vector<std::string>& defines, const std::string& path) {
+  ParseDefines(defines, [&path](const std::string& line, const RuntimeError& error) {
     MsgBox("Gandrel skipped a die type it could not read in " + path + ": " + line + " (" +
-           error->Description() + ")");
+           error.Description() + ")");
+  });
 }
 
 static void AddAlwaysItem(const std::string& item) {
@@ -48,40 +51,45 @@ static void AddAlwaysItem(const std::string& item) {
   AlwaysAddItems.push_back(item);
 }
 
-static bool HasItem(const std::string& item) {
-  std::string wanted = LCase(item);
+// The always-add items listed so far, lower-cased: a file of many items
+// looks each one up at once.
+static std::unordered_set<std::string> ListedItems() {
+  std::unordered_set<std::string> listed;
   for (size_t i = 1; i < AlwaysAddItems.size(); ++i)
-    if (LCase(AlwaysAddItems[i]) == wanted) return true;
-  return false;
+    listed.insert(LCase(AlwaysAddItems[i]));
+  return listed;
 }
 
 void ReadDefinitions(const std::string& path) {
-  std::vector<std::string> lines;
+  std::vector<std::string> lines, defines;
   if (!ReadLines(path, "die types", lines)) return;
+  std::unordered_set<std::string> listed = ListedItems();
   for (const std::string& raw : lines) {
     std::string line = Trim(WithoutComment(raw));
     if (LCase(Left(line, 6)) == "define") {
-      DefineFromLine(line, path);
-    } else if (!line.empty() && !HasItem(line)) {
+      defines.push_back(std::move(line));
+    } else if (!line.empty() && listed.insert(LCase(line)).second) {
       AddAlwaysItem(line);
     }
   }
+  DefineAll(defines, path);
 }
 
 void ReadOldDefinitions(const std::string& path, std::vector<std::string>& listed) {
-  std::vector<std::string> lines;
+  std::vector<std::string> lines, defines;
   if (!ReadLines(path, "die types", lines)) return;
   for (const std::string& raw : lines) {
     std::string line = Trim(LCase(WithoutComment(raw)));
     if (Left(line, 4) == "die=") {
       engineSettings.DieType = Mid(line, 5);
     } else if (Left(line, 6) == "define") {
-      DefineFromLine(line, path);
+      defines.push_back(std::move(line));
     } else if (!line.empty()) {
       AddAlwaysItem(line);
       listed.push_back(line);
     }
   }
+  DefineAll(defines, path);
 }
 
 std::string DefinitionsText() {
@@ -98,6 +106,7 @@ std::string DefinitionsText() {
 }
 
 bool SaveDefinitions(const std::string& path) {
+  if (SkipUnreadFile(path)) return false;
   std::string reason;
   if (WriteTextFileAtomic(path, DefinitionsText(), reason)) return true;
   MsgBox("Gandrel could not save its die types to " + path + ": " + reason);

@@ -9,11 +9,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <system_error>
 #include <vector>
 
 #include "app/modGandrel.h"
+#include "calc/UserInterface.h"
 
 namespace gandrel {
 
@@ -22,9 +24,13 @@ namespace fs = std::filesystem;
 namespace {
 
 // The application's folder ("" until chosen) and the executable's folder
-// when a gandrel.dat there is read as well.
+// when that is another one, whose gandrel.dat stands in for a missing one.
 std::string appDirectory;
 std::string extraDatDirectory;
+
+// The files that could not be read, and whether the user has been told that
+// they are not saved.
+std::map<std::string, bool> unreadFiles;
 
 // Settings and definitions files are small; anything larger than this is
 // not one of them and is not read into memory.
@@ -113,50 +119,81 @@ std::string AppFile(const std::string& name) {
   return FileIn(AppDirectory(), name);
 }
 
-std::vector<std::string> OldDefinitionsFiles() {
-  std::vector<std::string> files;
-  if (!extraDatDirectory.empty()) files.push_back(FileIn(extraDatDirectory, "gandrel.dat"));
-  files.push_back(AppFile("gandrel.dat"));
-  return files;
+// Two copies of one item would both be read; the settings folder's copy is
+// the one the user keeps up to date.
+std::string OldDefinitionsFile() {
+  std::string own = AppFile("gandrel.dat");
+  if (extraDatDirectory.empty() || !FileIsMissing(own)) return own;
+  return FileIn(extraDatDirectory, "gandrel.dat");
 }
 
 bool FileIsMissing(const std::string& path) {
   if (path.empty() || path[0] == '.') return true;
   struct stat st;
-  if (stat(path.c_str(), &st) != 0) return true;
-  // A folder, a device or a pipe is nothing the program could read as a file.
-  if (!S_ISREG(st.st_mode)) return true;
-  if (st.st_size == 0) {
-    unlink(path.c_str());
-    return true;
+  // Any other failure (a link loop, a folder that may not be searched) leaves
+  // something there that the reader has to report.
+  if (stat(path.c_str(), &st) != 0) return errno == ENOENT || errno == ENOTDIR;
+  // A folder, a pipe or a device is there, though no file can be read from it.
+  return S_ISREG(st.st_mode) && st.st_size == 0;
+}
+
+void NoteUnreadFile(const std::string& path) {
+  unreadFiles.try_emplace(path, false);
+}
+
+bool SkipUnreadFile(const std::string& path) {
+  auto it = unreadFiles.find(path);
+  if (it == unreadFiles.end()) return false;
+  if (!it->second) {
+    it->second = true;
+    MsgBox("Gandrel could not read " + path +
+           ", so it is left as it is: this run's changes to it cannot be saved.");
   }
-  return false;
+  return true;
+}
+
+void ForgetUnreadFiles() {
+  unreadFiles.clear();
 }
 
 static std::string Reason(int error) {
   return std::strerror(error);
 }
 
+// Only a regular file of a sensible size is read: a pipe or a device could
+// block the reader or never end.
+static bool IsReadableFile(const struct stat& st, std::string& reason) {
+  if (!S_ISREG(st.st_mode)) {
+    reason = S_ISDIR(st.st_mode) ? Reason(EISDIR) : "not a regular file";
+    return false;
+  }
+  if (st.st_size > kMaxTextFileSize) {
+    reason = "the file is too large";
+    return false;
+  }
+  return true;
+}
+
 bool ReadTextFile(const std::string& path, std::string& content, std::string& reason) {
   content.clear();
-  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  struct stat st;
+  if (stat(path.c_str(), &st) != 0) {
+    reason = Reason(errno);
+    return false;
+  }
+  if (!IsReadableFile(st, reason)) return false;
+  // A pipe put in its place since the test above must not block the open.
+  int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (fd < 0) {
     reason = Reason(errno);
     return false;
   }
-  struct stat st;
   if (fstat(fd, &st) != 0) {
     reason = Reason(errno);
     close(fd);
     return false;
   }
-  if (!S_ISREG(st.st_mode)) {
-    reason = S_ISDIR(st.st_mode) ? Reason(EISDIR) : "not a regular file";
-    close(fd);
-    return false;
-  }
-  if (st.st_size > kMaxTextFileSize) {
-    reason = "the file is too large";
+  if (!IsReadableFile(st, reason)) {
     close(fd);
     return false;
   }

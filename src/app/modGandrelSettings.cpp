@@ -115,8 +115,9 @@ void LoadSettings() {
   window.State = (state >= 0 && state <= 2) ? static_cast<int16_t>(state) : 0;
 }
 
-bool SaveSettings() {
-  std::string ini = AppFile("gandrel.ini");
+// Writes every setting to ini in one go; false when it failed (the user has
+// been told).
+static bool WriteSettingsFile(const std::string& ini) {
   const WindowPlacement& window = settings.Main;
   BeginIniBatch();
 
@@ -158,6 +159,12 @@ bool SaveSettings() {
   std::string failedFile, reason;
   bool ok = EndIniBatch(failedFile, reason);
   if (!ok) MsgBox("Gandrel could not save its settings to " + failedFile + ": " + reason);
+  return ok;
+}
+
+bool SaveSettings() {
+  std::string ini = AppFile("gandrel.ini");
+  bool ok = !SkipUnreadFile(ini) && WriteSettingsFile(ini);
   return SaveDefinitions(AppFile("gandrel.def")) && ok;
 }
 
@@ -167,6 +174,7 @@ void StartUp() {
   ScriptLines.assign(1, "");
   scriptEditor = ScriptEditorState{};
   ClearDieTypes();
+  ForgetUnreadFiles();
   runFlags.ScriptRunning = false;
   runFlags.Paused = false;
   runFlags.BreakRequested = false;
@@ -178,8 +186,7 @@ void StartUp() {
   // the history: an item of gandrel.dat is listed twice until a roll rebuilds
   // the list.
   std::vector<std::string> listed;
-  for (const std::string& dat : OldDefinitionsFiles())
-    ReadOldDefinitions(dat, listed);
+  ReadOldDefinitions(OldDefinitionsFile(), listed);
   LoadSettings();
 
   long alwaysCount = static_cast<long>(AlwaysAddItems.size()) - 1;

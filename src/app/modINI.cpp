@@ -139,6 +139,7 @@ static IniDocument& Document(const std::string& path) {
     doc.readable = false;
     doc.readError = reason;
     MsgBox("Gandrel could not read the settings file " + path + ": " + reason);
+    NoteUnreadFile(path);
   }
   return doc;
 }

@@ -31,6 +31,9 @@ inline constexpr std::string_view kRollingAdvice =
     "If rolling a huge die, or number of dice, please use something smaller.";
 inline constexpr std::string_view kCalculatingAdvice =
     "If performing a complex calculation, please simplify or use smaller numbers.";
+// ... and after a die value that failed before any die was rolled.
+inline constexpr std::string_view kDieValueAdvice =
+    "If entering a very long die value, please shorten it or roll it in parts.";
 
 // True for the four markers that a result text can be instead of a value:
 // "<error>", "<calc error>", "<script error>" and "<break>".

@@ -35,6 +35,10 @@ void ShowErrorMessage(const RuntimeError& error, std::string_view tooBig, std::s
     MsgBox(std::string(tooBig));
     return;
   }
+  ShowRuntimeErrorMessage(error, advice);
+}
+
+void ShowRuntimeErrorMessage(const RuntimeError& error, std::string_view advice) {
   MsgBox("I'm sorry, but the following error has occurred:\r" + error.Description() + "\r\r" +
          std::string(advice));
 }

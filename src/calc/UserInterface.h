@@ -52,4 +52,8 @@ void MsgBox(const std::string& text);
 // has occurred:", its description, and advice.
 void ShowErrorMessage(const RuntimeError& error, std::string_view tooBig, std::string_view advice);
 
+// "I'm sorry, but the following error has occurred:", the error's
+// description and advice, whatever the error (an overflow too).
+void ShowRuntimeErrorMessage(const RuntimeError& error, std::string_view advice);
+
 }  // namespace gandrel

@@ -299,15 +299,22 @@ std::optional<double> Shortcut(std::string_view work) {
 enum class Step { Done, Next, Fail };
 
 // Runs one level's loop on work. Done: the shortcut test passed and value
-// holds the result.
-Step RunLevel(const Level& level, std::string& work, double& value) {
+// holds the result. Fail: failure says why.
+Step RunLevel(const Level& level, std::string& work, double& value, EvalFailure& failure) {
   for (;;) {
     std::string_view op;
     long length = Len(work);
     long p = FindOperator(level, work, op);
     if (p == 0 && !level.missingIsZero) p = length + 1;
     p = Int16(p);  // positions are 16-bit: past 32,767 is an overflow
-    if (p == length || (p == 1 && level.failsAtStart)) return Step::Fail;
+    if (p == length || (p == 1 && level.failsAtStart)) {
+      // Only the exp level counts a missing operator as 0: the text is empty.
+      if (op.empty())
+        failure = {EvalFault::Empty, {}};
+      else
+        failure = {p == length ? EvalFault::OperatorLast : EvalFault::OperatorFirst, op};
+      return Step::Fail;
+    }
     if (op.empty()) return Step::Next;
 
     size_t opStart = static_cast<size_t>(p - 1), opEnd = opStart + op.size();
@@ -319,7 +326,10 @@ Step RunLevel(const Level& level, std::string& work, double& value) {
     double rightArg = ReadValue(text.substr(opEnd, rightTaken));
 
     std::optional<double> result = Apply(op, leftArg, rightArg);
-    if (!result) return Step::Fail;
+    if (!result) {
+      failure = {EvalFault::DivisionByZero, op};
+      return Step::Fail;
+    }
     std::string resultText = ValueText(*result);
     // The rewrite changed nothing ("a-1" gives "a" & "-1" & ""): leave the loop.
     if (work.compare(from, to - from, resultText) == 0) return Step::Next;
@@ -350,23 +360,33 @@ bool HasParenthesis(std::string_view text) {
 
 // Replaces every parenthesised part, outermost first and from the left, by the
 // text of its value. Fails when the counts differ, a "(" is never closed, or a
-// part fails.
-bool ResolveParentheses(std::string& work) {
-  if (CountOccurrences(work, "(") != CountOccurrences(work, ")")) return false;
+// part fails (failure then tells the part's own cause).
+bool ResolveParentheses(std::string& work, EvalFailure& failure) {
+  if (CountOccurrences(work, "(") != CountOccurrences(work, ")")) {
+    failure = {EvalFault::UnpairedParentheses, {}};
+    return false;
+  }
   for (long p; (p = Int16(InStr(work, "("))) > 0;) {
     std::string_view rest = std::string_view(work).substr(static_cast<size_t>(p - 1));
     int16_t q = FindCloseParen(rest);
-    if (q == 0) return false;
+    if (q == 0) {
+      failure = {EvalFault::UnclosedParenthesis, {}};
+      return false;
+    }
     std::string inner(rest.substr(1, static_cast<size_t>(q - 2)));
-    double value = Evaluate(inner);
-    if (inner.find('%') != std::string::npos) return false;
+    double value = Evaluate(inner, failure);
+    if (inner.find('%') != std::string::npos) {
+      // A part that worked out but holds a "%" of its own fails all the same.
+      if (failure.fault == EvalFault::None) failure = {EvalFault::PercentInParentheses, {}};
+      return false;
+    }
     work.replace(static_cast<size_t>(p - 1), static_cast<size_t>(q), ValueText(value));
   }
   return true;
 }
 
-// The evaluation proper: the value, or nothing for a failure.
-std::optional<double> EvaluateText(std::string_view expression) {
+// The evaluation proper: the value, or nothing for a failure and why.
+std::optional<double> EvaluateText(std::string_view expression, EvalFailure& failure) {
   NestingGuard guard;
   std::string work = StripWhitespace(expression);
   Int16(Len(work));  // a text longer than positions can count is an overflow
@@ -375,7 +395,7 @@ std::optional<double> EvaluateText(std::string_view expression) {
   if (auto v = Shortcut(work)) return v;
 
   bool hasParentheses = HasParenthesis(work);
-  if (hasParentheses && !ResolveParentheses(work)) return std::nullopt;
+  if (hasParentheses && !ResolveParentheses(work, failure)) return std::nullopt;
   size_t unfolded = work.size();
   FoldSigns(work);
   // Every fold shortens the text: with no parentheses and nothing folded it is
@@ -385,7 +405,7 @@ std::optional<double> EvaluateText(std::string_view expression) {
 
   for (const Level& level : Levels()) {
     double value = 0;
-    switch (RunLevel(level, work, value)) {
+    switch (RunLevel(level, work, value, failure)) {
       case Step::Done:
         return value;
       case Step::Fail:
@@ -405,9 +425,17 @@ void ShowCalcError(const RuntimeError& error) {
 }  // namespace
 
 double Evaluate(std::string& expression) {
+  EvalFailure failure;
+  return Evaluate(expression, failure);
+}
+
+double Evaluate(std::string& expression, EvalFailure& failure) {
+  failure = {};
   std::optional<double> result;
-  if (auto error = TrapRuntimeError([&] { result = EvaluateText(expression); }))
+  if (auto error = TrapRuntimeError([&] { result = EvaluateText(expression, failure); })) {
     ShowCalcError(*error);
+    failure = {EvalFault::RunTimeError, {}};
+  }
   if (!result) {
     expression.insert(0, "%");
     return 0;

@@ -4,8 +4,10 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -103,6 +105,24 @@ class Attached {
   Attached& operator=(const Attached&) = delete;
 };
 
+// Keeps the reason of the first failed write to out (a full disk); true once
+// out has failed.
+bool NoteWriteError(FILE* out, int& writeError) {
+  if (writeError == 0 && std::ferror(out)) writeError = errno != 0 ? errno : EIO;
+  return writeError != 0;
+}
+
+// Flushes out and returns status, or 1 after telling on err why out could not
+// be written: rolls nobody can see must not pass for a success.
+int FinishOutput(FILE* out, FILE* err, int writeError, int status) {
+  if (std::fflush(out) != 0 && writeError == 0) writeError = errno != 0 ? errno : EIO;
+  NoteWriteError(out, writeError);
+  if (writeError == 0) return status;
+  std::fprintf(err, "gandrel-cli: cannot write to standard output: %s\n",
+               std::strerror(writeError));
+  return 1;
+}
+
 class RollLoop {
  public:
   RollLoop(const CliOptions& options, FILE* out, TerminalView& view, TerminalWindows& windows)
@@ -112,7 +132,8 @@ class RollLoop {
         view_(view),
         windows_(windows) {}
 
-  // Rolls dieValue as often as asked; false once the run was interrupted.
+  // Rolls dieValue as often as asked; false once the run was interrupted or
+  // its output could not be written.
   bool Roll(const std::string& dieValue) {
     for (long k = 0; k < options_.repeat; ++k) {
       windows_.StartRoll();
@@ -124,11 +145,13 @@ class RollLoop {
         status = 1;
         return false;
       }
+      if (NoteWriteError(out_, writeError)) return false;
     }
     return true;
   }
 
   int status = 0;
+  int writeError = 0;  // the reason the output failed, 0 while it did not
 
  private:
   // A die value naming a script file runs the file: it is read into the
@@ -193,6 +216,7 @@ void ReadAndRoll(FILE* in, FILE* out, RollLoop& loop) {
       std::fputs("gandrel> ", out);
       std::fflush(out);
     }
+    if (NoteWriteError(out, loop.writeError)) break;
     ssize_t n = getline(&buffer, &capacity, in);
     if (n < 0) {
       if (interrupts) {
@@ -266,8 +290,7 @@ int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err) {
     for (const std::string& dieValue : options.dieValues)
       if (!loop.Roll(dieValue)) break;
   }
-  std::fflush(out);
-  return loop.status;
+  return FinishOutput(out, err, loop.writeError, loop.status);
 }
 
 int CliMain(int argc, char** argv) {
@@ -280,11 +303,11 @@ int CliMain(int argc, char** argv) {
   }
   if (options.help) {
     std::fputs(CliHelpText().c_str(), stdout);
-    return 0;
+    return FinishOutput(stdout, stderr, 0, 0);
   }
   if (options.version) {
     std::fputs(CliVersionText().c_str(), stdout);
-    return 0;
+    return FinishOutput(stdout, stderr, 0, 0);
   }
   // Many rolls into a pipe or a file: a large buffer, no flush per line.
   if (isatty(STDOUT_FILENO) != 1) std::setvbuf(stdout, nullptr, _IOFBF, 1 << 16);

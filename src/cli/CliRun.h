@@ -19,7 +19,8 @@ namespace gandrel::cli {
 // line, when the options hold none. Writes the outcome of each roll to out and
 // messages to err. Returns the exit status: 0 when every roll gave a result,
 // 1 when a roll ended in "<error>", "<calc error>", "<script error>" or
-// "<break>", a script file could not be read or the run was interrupted, 2
+// "<break>", a script file could not be read or the run was interrupted, and
+// also when out could not be written (the rolls stop, and err says why), 2
 // when the --config folder does not exist.
 int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err);
 

@@ -100,6 +100,12 @@ void GenerateAllDice(std::string& expr, std::string& details) {
 }
 
 double Calc(std::string& expr, std::string& details) {
+  EvalFailure failure;
+  return Calc(expr, details, failure);
+}
+
+double Calc(std::string& expr, std::string& details, EvalFailure& failure) {
+  failure = {};
   Randomize();
   CheckTextLength(expr);
   if (expr.find('"') != std::string::npos) {
@@ -107,8 +113,11 @@ double Calc(std::string& expr, std::string& details) {
   } else {
     GenerateAllDice(expr, details);
   }
-  double value = Evaluate(expr);
+  // The evaluator gets a failed roll's "<error>" too, and fails on it.
+  bool rollFailed = expr == kErrorMarker;
+  double value = Evaluate(expr, failure);
   if (Left(expr, 1) == "%") {
+    if (rollFailed) failure = {EvalFault::RollFailed, {}};
     expr = kCalcErrorMarker;
     return value;
   }

@@ -23,6 +23,8 @@ namespace gandrel {
 
 namespace {
 
+unsigned long long diceTermsRolled = 0;
+
 // How a list type's items are cut apart: GetDieResult uses the token-list
 // splitter, LongGetDieResults the text helper. Both keep empty items.
 enum class ItemSplit { TokenList, SplitText };
@@ -194,6 +196,7 @@ void ReportRollFailure(const RuntimeError& error) {
 // The common steps of both rolling procedures. dice receives the list of
 // single dice when wanted (always, or only with long results on).
 double RollDieTerm(std::string& die, std::string& details, std::string* diceOut, ItemSplit split) {
+  ++diceTermsRolled;
   double total = 0;
   auto error = TrapRuntimeError([&] {
     std::string t = LCase(Trim(die));
@@ -215,6 +218,10 @@ double RollDieTerm(std::string& die, std::string& details, std::string* diceOut,
 }
 
 }  // namespace
+
+unsigned long long DiceTermsRolled() {
+  return diceTermsRolled;
+}
 
 double GetDieResult(std::string& die, std::string& details) {
   return RollDieTerm(die, details, nullptr, ItemSplit::TokenList);

@@ -23,8 +23,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
+
+#include "calc/RuntimeError.h"
+#include "calc/modEvaluate.h"
 
 namespace gandrel {
 
@@ -67,6 +71,17 @@ void DefineRange(const std::string& spec, const std::string& name,
 void DefineSequence(const std::string& spec, const std::string& name,
                     DieTypeTables& tables = dieTypes);
 
+// Told about a statement of ParseDefines that raised (Overflow); the statement
+// changed nothing and the others are still defined.
+using DefineErrorHandler =
+    std::function<void(const std::string& statement, const RuntimeError& error)>;
+
+// The statements of a definitions file at once: leaves both tables exactly as
+// ParseDefine on each statement in turn would (element 0 aside), in time
+// about in proportion to the text instead of the square of the table per
+// statement.
+void ParseDefines(const std::vector<std::string>& statements, const DefineErrorHandler& onError);
+
 // ---- Notation and the calculation entry ----------------------------------
 
 // Gives every "d" that has neither a size nor a defined name the default die.
@@ -86,6 +101,10 @@ void CalcOutsideQuotes(std::string& line);
 // expr becomes "<calc error>". With long results on, appends
 // "Calc: " & expr & "=" & value to details.
 double Calc(std::string& expr, std::string& details);
+// The same, and failure says why the evaluator failed (EvalFault::None when
+// it did not); a roll that failed before it is EvalFault::RollFailed. The
+// roll, the result and the details are those of the call above.
+double Calc(std::string& expr, std::string& details, EvalFailure& failure);
 
 // ---- Rolling one term ----------------------------------------------------
 
@@ -100,6 +119,11 @@ double LongGetDieResults(std::string& die, std::string& dice, std::string& detai
 
 // Rolls the first dice term of expr with LongGetDieResults; expr is not changed.
 void LongGenDice(const std::string& expr, std::string& dice, std::string& details);
+
+// How many dice terms GetDieResult and LongGetDieResults have been handed
+// since the program started: two readings tell whether the work between them
+// reached the dice.
+unsigned long long DiceTermsRolled();
 
 // ---- Bounds of a term ----------------------------------------------------
 

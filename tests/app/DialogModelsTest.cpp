@@ -20,15 +20,129 @@ TEST_F(DialogModelsTest, DieTypeEntries) {
   RebuildDieTypes({"  dfib = 1,2  ", "dhuge = 1 to 1E12", "dx = 7", "d10 = 0 to 9"});
   const Items rebuilt{"d10 = 0 to 9", "dfib = 1,2"};
   EXPECT_EQ(ListDieTypeEntries(), rebuilt);
-  const Items others{"dfate = -1 to 1", "dfib = 1,2", "dx = 7"};
-  // A range may share a list's name, and the other way round.
-  for (const char* entry : {"  dfib = 0 to 2  ", "dfate = 1,1,2", "dx = 1 to 6"})
-    EXPECT_EQ(CheckDieTypeEntry(entry, others), "") << entry;
-  // The names the types get are compared, ignoring case.
-  for (const char* entry :
-       {"   ", "dy 1 to 6", "dbig = 1 to 1E12", "dsemi = 1,2;3", "FATE = 0 to 2", "dfib = 3,4"})
-    EXPECT_NE(CheckDieTypeEntry(entry, others), "") << entry;
+  for (const char* entry : {"dfib = 3,4", "dy = 1 to 6", "d = 1 to 2"})
+    CheckDieTypeEntry(entry, rebuilt);
   EXPECT_EQ(ListDieTypeEntries(), rebuilt);
+}
+
+// Accepted entries: stored as the tables keep them; one of an existing name
+// (any kind, ignoring case) replaces it after a question naming both.
+TEST_F(DialogModelsTest, AcceptedDieTypeEntries) {
+  const Items others{"dfate = -1 to 1", "dfib = 1,2", "dx = 1,2,3"};
+  const struct {
+    const char *entry, *stored;
+    long replaces;
+  } cases[] = {
+      {"x = 1 to 3", "dx = 1 to 3", 2},  // a list of that name goes
+      {"  FATE = 2 to 0  ", "dFATE = 0 to 2", 0},
+      {"dfib = 1, 1,2 ", "dfib = 1, 1,2", 1},
+      {"dy = 2.5 to 3.5", "dy = 2 to 4", -1},
+      {"dz = -1,+2,.5,1E3", "dz = -1,+2,.5,1E3", -1},
+      {"dfa = 1 to 2", "dfa = 1 to 2", -1},  // a range may begin like a range
+      {"d6 = 0 to 5", "d6 = 0 to 5", -1},
+      {"d5x = 1,5", "d5x = 1,5", -1},  // rolled whole: a name wins over the size digits
+      {"d% = 1 to 100", "d% = 1 to 100", -1},
+  };
+  for (const auto& c : cases) {
+    EntryVerdict verdict = CheckDieTypeEntry(c.entry, others);
+    EXPECT_EQ(verdict.refusal, "") << c.entry;
+    EXPECT_EQ(verdict.stored, c.stored) << c.entry;
+    EXPECT_EQ(verdict.replaces, c.replaces) << c.entry;
+    std::string name = std::string(c.stored).substr(0, std::string(c.stored).find(" ="));
+    std::string question = "There is already a die type named " + name + ": \"" +
+                           (c.replaces >= 0 ? others[c.replaces] : "") + "\". Replace it with \"" +
+                           c.stored + "\"?";
+    EXPECT_EQ(verdict.question, c.replaces >= 0 ? question : "") << c.entry;
+  }
+}
+
+// Refused entries, each for its own reason (a word of the message).
+TEST_F(DialogModelsTest, RefusedDieTypeEntries) {
+  const Items others{"dfate = -1 to 1", "dfib = 1,2", "dkk = 1,2"};
+  const struct {
+    const char *entry, *reason;
+  } cases[] = {
+      {"   ", "Please"},
+      {"dy 1 to 6", "either a range"},
+      {"dy = 7", "either a range"},
+      {"dbig = 1 to 1E12", "-2147483648"},
+      {"dsemi = 1,2;3", "comment"},
+      {"d = 1 to 3", "only \"d\""},
+      {" = 1,2", "only \"d\""},
+      {"dsp ace = 1,2", "blank"},
+      {"d+x = 1 to 2", "\"+\" means"},
+      {"d(x = 1 to 2", "\"(\" means"},
+      {"dx,y = 1 to 2", "\",\" means"},
+      {"d@x = 1 to 2", "\"@\" means"},
+      {"dx = a,b,c", "\"a\" is not"},
+      {"dx = 1,2x", "\"2x\" is not"},
+      {"dx = 1,,2", "empty item"},
+      {"dx = 1,2,", "empty item"},
+      {"dx = 1d3,2", "\"1d3\" is not"},
+      {"dx = 1,2 to 3", "\"1,2\" is not"},
+      {"dx = to 3", "each side"},
+      {"dx = 1 to six", "\"six\" is not"},
+      {"df = 1,2", "roll of dfate would roll the list type df"},
+      {"dfates = 1,2", "roll of dfates would roll the range type dfate"},
+      {"dfib = 1,2", "already in the list"},
+      {"dk = 1 to 2", "roll of dkk would roll the range type dk"},
+  };
+  for (const auto& c : cases) {
+    std::string refusal = CheckDieTypeEntry(c.entry, others).refusal;
+    EXPECT_NE(refusal.find(c.reason), std::string::npos) << c.entry << ": " << refusal;
+  }
+  // The same name in both kinds (from a hand-written file): the range
+  // replaces its range, the list is still in the way.
+  EXPECT_NE(CheckDieTypeEntry("dx = 1 to 2", {"dx = 1,2", "dx = 3 to 4"}).refusal, "");
+}
+
+TEST_F(DialogModelsTest, DieTypePreview) {
+  const Items others{"dx = 1 to 6"};
+  EXPECT_EQ(PreviewDieTypeEntry("x = 1 to 3", others),
+            "Stored as: dx = 1 to 3 (replaces dx = 1 to 6)");
+  EXPECT_EQ(PreviewDieTypeEntry("d10 = 0 to 9", others),
+            "Stored as: d10 = 0 to 9\nIt stands for the plain d10, and for the d10 of larger "
+            "dice: 2d100 would roll 2d10 and put 0 after it.");
+  EXPECT_EQ(PreviewDieTypeEntry("d = 1 to 3", others), "");
+}
+
+// The dialog opened again lists what it was left with: each kind longest
+// first, equal lengths as the user left them (the tables' own sort alone
+// would turn [da, db, dccc] into [dccc, db, da]).
+TEST_F(DialogModelsTest, ReopeningKeepsTheOrder) {
+  const struct {
+    Items entries, arranged;
+  } cases[] = {
+      {{"da = 1 to 2", "db = 3 to 4", "dccc = 1 to 3", "dee = 5,6", "df = 1,2"},
+       {"dccc = 1 to 3", "da = 1 to 2", "db = 3 to 4", "dee = 5,6", "df = 1,2"}},
+      {{"dx = 1 to 2", "dy = 3 to 4", "dX = 5 to 6", "dz = 7"}, {"dX = 5 to 6", "dy = 3 to 4"}},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ArrangeDieTypeEntries(c.entries), c.arranged);
+    RebuildDieTypes(c.entries);
+    EXPECT_EQ(ListDieTypeEntries(), c.arranged);
+    RebuildDieTypes(ListDieTypeEntries());
+    EXPECT_EQ(ListDieTypeEntries(), c.arranged);
+  }
+}
+
+TEST_F(DialogModelsTest, DefaultDie) {
+  RebuildDieTypes({"dFate = -1 to 1", "dfib = 1,2"});
+  const struct {
+    const char *typed, *stored;
+  } accepted[] = {{"d6", "6"},      {" D10 ", "10"},    {"6", "6"},
+                  {"d007", "7"},    {"dfate", "dFate"}, {"fate", "dFate"},
+                  {"DFIB", "dfib"}, {"d1", "1"},        {"d999999999999999", "999999999999999"}};
+  for (const auto& c : accepted) {
+    DefaultDieVerdict verdict = CheckDefaultDie(c.typed);
+    EXPECT_EQ(verdict.refusal + "|" + verdict.stored, std::string("|") + c.stored) << c.typed;
+  }
+  for (const char* typed :
+       {"", "abc", "0", "d0", "-5", "1.5", "6w", "d", "dx", "d 6", "d1000000000000000", "3d6"})
+    EXPECT_NE(CheckDefaultDie(typed).refusal, "") << typed;
+  for (const auto& [stored, shown] :
+       {std::pair{"6", "d6"}, {"dFate", "dFate"}, {"d10", "d10"}, {"6w", "d6w"}})
+    EXPECT_EQ(DefaultDieText(stored), shown);
 }
 
 TEST_F(DialogModelsTest, AlwaysAddItemChecks) {

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "ShellFixture.h"
 #include "app/Settings.h"
 #include "calc/Pump.h"
 #include "calc/RunFlags.h"
 #include "dice/Random.h"
+#include "dice/modDiceCalc.h"
 
 namespace gandrel::testing {
 namespace {
@@ -97,13 +100,39 @@ TEST_F(RollRequestTest, BreakShowsBreakWithoutMessage) {
   EXPECT_TRUE(ui.messages.empty());
 }
 
-TEST_F(RollRequestTest, TooLongDieValueIsAnError) {
-  Roll(std::string(40000, '1'));
-  EXPECT_EQ(view.result, "<error>");
-  EXPECT_EQ(view.eachResult, "<error>");
-  EXPECT_EQ(ui.Texts(),
-            Items{"I'm sorry, but the die result generated is too big for me to handle."});
-  EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));  // the busy pointer goes
+std::string Repeated(const std::string& text, int times) {
+  std::string out;
+  for (int i = 0; i < times; ++i)
+    out += text;
+  return out;
+}
+
+// A die value too long to work on fails before any die is rolled: no die
+// result was too big, and the message names the error. One that a rolled
+// total makes too long fails after the dice, as a roll too big.
+TEST_F(RollRequestTest, ErrorsBeforeAndAfterTheDice) {
+  std::string define = "define dx = 100000000 to 100000000";
+  ParseDefine(define);
+  const std::pair<std::string, std::string> cases[] = {
+      {std::string(40000, '1'),
+       "I'm sorry, but the following error has occurred:\rOverflow\r\r"
+       "If entering a very long die value, please shorten it or roll it in parts."},
+      {Repeated("d+", 10923) + "1",  // each bare "d" grows to "d6" before anything is rolled
+       "I'm sorry, but the following error has occurred:\rOverflow\r\r"
+       "If entering a very long die value, please shorten it or roll it in parts."},
+      {"dx+" + std::string(32764, '1'),  // 32,767 characters before the roll
+       "I'm sorry, but the die result generated is too big for me to handle."},
+  };
+  for (const auto& [typed, message] : cases) {
+    SCOPED_TRACE(typed.substr(0, 8));
+    ui.messages.clear();
+    ui.busyChanges.clear();
+    Roll(typed);
+    EXPECT_EQ(view.result, "<error>");
+    EXPECT_EQ(view.eachResult, "<error>");
+    EXPECT_EQ(ui.Texts(), Items{message});
+    EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));  // the busy pointer goes
+  }
 }
 
 }  // namespace

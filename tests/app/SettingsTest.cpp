@@ -1,9 +1,16 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <map>
 #include <optional>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 #include "ShellFixture.h"
 #include "app/DialogModels.h"
@@ -26,6 +33,16 @@ struct ScopedEnv {
   ~ScopedEnv() { old ? setenv(name, old->c_str(), 1) : unsetenv(name); }
   const char* name;
   std::optional<std::string> old;
+};
+
+// One byte more than a settings or definitions file may hold (a sparse file).
+constexpr std::uintmax_t kTooLarge = 16 * 1024 * 1024 + 1;
+
+// Ends the test program if the scope takes longer than 20 seconds: a reader
+// that waits on a pipe fails the test instead of hanging it.
+struct WatchForHang {
+  WatchForHang() { alarm(20); }
+  ~WatchForHang() { alarm(0); }
 };
 
 const char* const kNewIni =
@@ -113,7 +130,7 @@ TEST_F(SettingsTest, StartUpReadsDatThenDefThenIni) {
 TEST_F(SettingsTest, DefinitionsReadAndWritten) {
   WriteFile("gandrel.def",
             "\xEF\xBB\xBF; comment only\n\n   \nDefined dx = 1,2\ndefine stat = 1,2,3,4,5,6\n"
-            "define big = 1 to 99999999999\nx;y\ndefine d4 = 4 to 1\n");
+            "define big = 1 to 99999999999\nx;y\ndefine d4 = 4 to 1\nX\n");
   ReadDefinitions(PathOf("gandrel.def"));
   EXPECT_EQ(AlwaysAddItems, OneBased("x"));
   ASSERT_EQ(ui.messages.size(), 1u);
@@ -125,21 +142,49 @@ TEST_F(SettingsTest, DefinitionsReadAndWritten) {
             "define dstat = 1,2,3,4,5,6\r\ndefine d dx = 1,2\r\nx\r\n");
 }
 
+// Looking never deletes: an empty gandrel.ini or gandrel.def beside the
+// executable is how a user asks for portable use.
 TEST_F(SettingsTest, FileIsMissing) {
   WriteFile("empty", "");
   WriteFile("full", "x");
   fs::create_directory(PathOf("dir"));
+  ASSERT_EQ(mkfifo(PathOf("pipe").c_str(), 0600), 0);
+  fs::create_symlink(PathOf("absent"), PathOf("dangling"));
   // The path, whether it is missing, whether it exists afterwards.
   const std::tuple<std::string, bool, bool> cases[] = {
-      {PathOf("empty"), true, false},
+      {PathOf("empty"), true, true},
       {PathOf("full"), false, true},
       {PathOf("absent"), true, false},
-      {PathOf("dir"), true, true},
+      {PathOf("dangling"), true, false},
+      {PathOf("full/x"), true, false},
+      {PathOf("dir"), false, true},  // there, but unreadable: its reader says so
+      {PathOf("pipe"), false, true},
       {"./" + fs::relative(PathOf("full")).string(), true, true},  // a name starting with "."
   };
   for (const auto& [path, missing, existsAfter] : cases) {
     EXPECT_EQ(FileIsMissing(path), missing) << path;
     EXPECT_EQ(fs::exists(path), existsAfter) << path;
+  }
+}
+
+TEST_F(SettingsTest, ReadTextFileReadsOnlyRegularFiles) {
+  fs::create_directory(PathOf("dir"));
+  ASSERT_EQ(mkfifo(PathOf("pipe").c_str(), 0600), 0);
+  WriteFile("large", "");
+  fs::resize_file(PathOf("large"), kTooLarge);
+  // The path and the reason it cannot be read; a pipe or a device is not
+  // opened to wait for a writer or read without end.
+  const std::pair<std::string, std::string> cases[] = {
+      {PathOf("absent"), "No such file or directory"}, {PathOf("dir"), "Is a directory"},
+      {PathOf("pipe"), "not a regular file"},          {"/dev/zero", "not a regular file"},
+      {PathOf("large"), "the file is too large"},
+  };
+  WatchForHang watch;
+  for (const auto& [path, why] : cases) {
+    std::string content = "old", reason;
+    EXPECT_FALSE(ReadTextFile(path, content, reason)) << path;
+    EXPECT_EQ(reason, why) << path;
+    EXPECT_EQ(content, "") << path;
   }
 }
 
@@ -180,13 +225,132 @@ TEST_F(SettingsTest, WhereTheFilesLive) {
     ScopedEnv env("XDG_CONFIG_HOME", xdgSet ? xdg.c_str() : nullptr);
     if (binFile) WriteFile(std::string("bin/") + binFile, "x");
     EXPECT_EQ(ChooseAppDirectory(PathOf("bin")), PathOf(chosen));
-    // The gandrel.dat beside the executable first, and only once.
-    Items dats{PathOf("bin/gandrel.dat"), PathOf(chosen + "/gandrel.dat")};
-    if (chosen == "bin") dats.pop_back();
-    EXPECT_EQ(OldDefinitionsFiles(), dats);
   }
+}
+
+// One gandrel.dat is read: the settings folder's, else the executable's. Two
+// would double an item that stands in both.
+TEST_F(SettingsTest, OneOldDefinitionsFile) {
+  ScopedEnv home("HOME", PathOf("home").c_str());
+  ScopedEnv xdg("XDG_CONFIG_HOME", nullptr);
+  const std::string own = "home/.config/gandrel/gandrel.dat", beside = "bin/gandrel.dat";
+  fs::create_directories(PathOf("bin"));
+  fs::create_directories(PathOf("home/.config/gandrel"));
+  // What the settings folder's and the executable's gandrel.dat hold
+  // (nullptr: there is none), and the one read.
+  const std::tuple<const char*, const char*, std::string> cases[] = {
+      {nullptr, nullptr, beside},  // none there: nothing to read either way
+      {nullptr, "4d6\n", beside},
+      {"", "4d6\n", beside},  // an empty one counts as none
+      {"4D6\n", "4d6\n", own},
+  };
+  for (const auto& [ownText, besideText, read] : cases) {
+    for (const auto& [name, text] : {std::pair{own, ownText}, std::pair{beside, besideText}}) {
+      fs::remove(PathOf(name));
+      if (text) WriteFile(name, text);
+    }
+    ChooseAppDirectory(PathOf("bin"));
+    EXPECT_EQ(OldDefinitionsFile(), PathOf(read)) << read;
+  }
+  StartUp();
+  EXPECT_EQ(AlwaysAddItems, OneBased("4d6"));
+  ASSERT_TRUE(SaveSettings());
+  std::string def = ReadFile("home/.config/gandrel/gandrel.def");
+  EXPECT_EQ(def.substr(def.find("it!\r\n") + 5), "4d6\r\n");
   SetAppDirectory(PathOf("bin/"));
-  EXPECT_EQ(OldDefinitionsFiles(), Items{PathOf("bin/gandrel.dat")});
+  EXPECT_EQ(OldDefinitionsFile(), PathOf(beside));
+}
+
+// What stands at a path, to tell whether it was left as it was.
+std::string Describe(const std::string& path) {
+  fs::file_status st = fs::symlink_status(path);
+  if (fs::is_symlink(st)) return "link to " + fs::read_symlink(path).string();
+  if (fs::is_directory(st))
+    return "folder of " + std::to_string(std::distance(fs::directory_iterator(path), {}));
+  if (fs::is_fifo(st)) return "pipe";
+  if (fs::is_regular_file(st)) return "file of " + std::to_string(fs::file_size(path));
+  return "nothing";
+}
+
+// A settings or definitions file that is there but cannot be read is told
+// about at start-up and never written over: saving it would lose what it
+// holds. The first save that skips it says so once; the other file is saved.
+TEST_F(SettingsTest, UnreadFilesAreNeverWrittenOver) {
+  using Make = void (*)(const std::string& path);
+  const struct {
+    const char* what;
+    Make make;
+    Items names;
+  } cases[] = {
+      {"a pipe",
+       [](const std::string& p) { ASSERT_EQ(mkfifo(p.c_str(), 0600), 0); },
+       {"gandrel.ini", "gandrel.def", "gandrel.dat"}},
+      {"too large",
+       [](const std::string& p) {
+         std::ofstream(p) << "define d = 1 to 2\n";
+         fs::resize_file(p, kTooLarge);
+       },
+       {"gandrel.def"}},
+      {"a folder",
+       [](const std::string& p) { fs::create_directories(p + "/keep"); },
+       {"gandrel.ini"}},
+      {"a link to a folder",
+       [](const std::string& p) {
+         fs::create_directories(p + ".folder");
+         fs::create_directory_symlink(p + ".folder", p);
+       },
+       {"gandrel.def"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    std::vector<fs::path> old(fs::directory_iterator(folder), {});
+    for (const fs::path& path : old)
+      fs::remove_all(path);
+    ResetIni();
+    ui.messages.clear();
+    std::map<std::string, std::string> before;
+    for (const std::string& name : c.names) {
+      c.make(PathOf(name));
+      before[name] = Describe(PathOf(name));
+    }
+    {
+      WatchForHang watch;
+      StartUp();
+    }
+    EXPECT_EQ(ui.messages.size(), c.names.size());  // each could not be read
+    ui.messages.clear();
+    EXPECT_FALSE(SaveSettings());
+    EXPECT_FALSE(SaveSettings());
+    Items told;
+    for (const std::string& name : c.names) {
+      EXPECT_EQ(Describe(PathOf(name)), before[name]) << name;
+      if (name != "gandrel.dat")
+        told.push_back("Gandrel could not read " + PathOf(name) +
+                       ", so it is left as it is: this run's changes to it cannot be saved.");
+    }
+    EXPECT_EQ(ui.Texts(), told);
+    for (const char* saved : {"gandrel.ini", "gandrel.def"}) {
+      if (!before.count(saved)) {
+        EXPECT_TRUE(fs::is_regular_file(PathOf(saved))) << saved;
+      }
+    }
+  }
+}
+
+TEST_F(SettingsTest, FilesWithoutReadPermissionAreNeverWrittenOver) {
+  if (geteuid() == 0) GTEST_SKIP() << "running as root, whom no permission keeps from reading";
+  WriteFile("gandrel.def", "define d = 1 to 2\n");
+  WriteFile("gandrel.ini", "[Settings]\nKeepNum=3\n");
+  for (const char* name : {"gandrel.def", "gandrel.ini"})
+    fs::permissions(PathOf(name), fs::perms::none);
+  StartUp();
+  EXPECT_EQ(ui.messages.size(), 2u);
+  EXPECT_FALSE(SaveSettings());
+  EXPECT_EQ(ui.messages.size(), 4u);
+  for (const char* name : {"gandrel.def", "gandrel.ini"})
+    fs::permissions(PathOf(name), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(ReadFile("gandrel.def"), "define d = 1 to 2\n");
+  EXPECT_EQ(ReadFile("gandrel.ini"), "[Settings]\nKeepNum=3\n");
 }
 
 TEST_F(SettingsTest, AtomicWrite) {
@@ -201,9 +365,6 @@ TEST_F(SettingsTest, AtomicWrite) {
   EXPECT_EQ(fs::status(PathOf("link")).permissions(), fs::perms(0640));
   EXPECT_FALSE(WriteTextFileAtomic(PathOf("link/f.txt"), "y", reason));  // a file as folder
   EXPECT_FALSE(reason.empty());
-  std::string content;
-  EXPECT_FALSE(ReadTextFile(PathOf("absent"), content, reason));
-  EXPECT_EQ(reason, "No such file or directory");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "app/Settings.h"
 #include "app/modGandrel.h"
 #include "app/modINI.h"
 #include "support/EngineFixture.h"
@@ -71,6 +72,7 @@ class ShellTest : public EngineTest {
     if (!mkdtemp(folder.data())) FAIL() << "cannot make a temporary folder";
     SetAppDirectory(folder);
     SetMainView(&view);
+    ResetSettings();
     ResetIni();
     DieHistory.assign(1, "");
     AlwaysAddItems.assign(1, "");

@@ -139,6 +139,45 @@ TEST_F(EvaluateTest, RunTimeErrorsShowAMessageAndFail) {
   ExpectFailure(Nested(200), ErrorText("Out of stack space"));
 }
 
+// The cause of each failure; a part's own cause goes up through its
+// parentheses. The failure itself is the same with and without asking why.
+TEST_F(EvaluateTest, FailuresNameTheirCause) {
+  const struct {
+    const char* expression;
+    EvalFault fault;
+    const char* op;
+  } cases[] = {
+      {"", EvalFault::Empty, ""},
+      {"+", EvalFault::Empty, ""},
+      {"2*()", EvalFault::Empty, ""},
+      {"(1+2", EvalFault::UnpairedParentheses, ""},
+      {"1+2)", EvalFault::UnpairedParentheses, ""},
+      {")1+2(", EvalFault::UnclosedParenthesis, ""},
+      {"(5%)", EvalFault::PercentInParentheses, ""},
+      {"*5", EvalFault::OperatorFirst, "*"},
+      {">=5", EvalFault::OperatorFirst, ">="},
+      {"5^", EvalFault::OperatorLast, "^"},
+      {"1++", EvalFault::OperatorLast, "+"},
+      {"(2-)*3", EvalFault::OperatorLast, "-"},
+      {"1/0", EvalFault::DivisionByZero, "/"},
+      {"5MOD0", EvalFault::DivisionByZero, "MOD"},
+      {"2*(7\\(1-1))", EvalFault::DivisionByZero, "\\"},
+      {"1E400", EvalFault::RunTimeError, ""},
+      {"(-8)^(1/3)", EvalFault::RunTimeError, ""},
+      {"2+3", EvalFault::None, ""},
+      {"(5)%", EvalFault::None, ""},
+  };
+  for (const auto& c : cases) {
+    std::string plain = c.expression, asked = c.expression;
+    EvalFailure failure{EvalFault::RollFailed, "x"};  // every call starts afresh
+    double value = Evaluate(asked, failure);
+    EXPECT_EQ(value, Evaluate(plain)) << c.expression;
+    EXPECT_EQ(asked, plain) << c.expression;
+    EXPECT_EQ(failure.fault, c.fault) << c.expression;
+    EXPECT_EQ(failure.op, c.op) << c.expression;
+  }
+}
+
 TEST_F(EvaluateTest, FindCloseParen) {
   const struct {
     const char* text;

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -130,8 +133,9 @@ TEST_F(CliRunTest, MessagesAndInterrupts) {
   Outcome o = Run({"-q", std::string(40000, '1'), "2"});
   EXPECT_EQ(std::make_tuple(o.status, o.out, o.err),
             std::make_tuple(1, std::string("<error>\n2\n"),
-                            std::string("gandrel: I'm sorry, but the die result generated is too "
-                                        "big for me to handle.\n")));
+                            std::string("gandrel: I'm sorry, but the following error has "
+                                        "occurred:\nOverflow\n\nIf entering a very long die "
+                                        "value, please shorten it or roll it in parts.\n")));
 
   SetPumpEveryCall(true);
   NoteInterrupt();
@@ -156,13 +160,61 @@ TEST_F(CliRunTest, AScriptFileThatCannotBeRead) {
   EXPECT_EQ(o.err, "gandrel: cannot read " + folder + ": Is a directory\n");
 }
 
+// Every entry of a folder: its name, kind, size and time of change.
+std::string Listing(const fs::path& folder) {
+  std::string out;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    out += entry.path().filename().string() + " " +
+           std::to_string(static_cast<int>(entry.symlink_status().type())) + " ";
+    if (entry.is_regular_file()) out += std::to_string(entry.file_size()) + " ";
+    out += std::to_string(entry.last_write_time().time_since_epoch().count()) + "\n";
+  }
+  return out;
+}
+
+// The settings folder is read, never written: nothing made, changed or
+// deleted there, not an empty file (how a user asks for portable use), and a
+// pipe is not waited for.
 TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {
-  std::ofstream(config / "gandrel.def") << "define fate = -1 to -1\n";
-  std::ofstream(config / "gandrel.ini") << "[Settings]\nLongResults=0\n";
-  auto before = fs::last_write_time(config / "gandrel.def");
-  EXPECT_EQ(Run({"-n", "2", "4dfate"}).out, "-4\n-4\n");  // long results off: one line a roll
-  EXPECT_EQ(fs::last_write_time(config / "gandrel.def"), before);
-  EXPECT_EQ(std::distance(fs::directory_iterator(config), fs::directory_iterator{}), 2);
+  // gandrel.ini, gandrel.def and gandrel.dat (nullptr: none, "|": a pipe), the
+  // arguments, the output and the number of messages.
+  const struct {
+    const char *ini, *def, *dat;
+    Args args;
+    std::string out;
+    size_t messages;
+  } cases[] = {
+      {"[Settings]\nLongResults=0\n",
+       "define fate = -1 to -1\n",
+       nullptr,
+       {"-n", "2", "4dfate"},
+       "-4\n-4\n",
+       0},  // long results off: one line a roll
+      {nullptr, nullptr, nullptr, {"-q", "2+3"}, "5\n", 0},
+      {"", "", "", {"-q", "2+3"}, "5\n", 0},
+      {"|", "|", "|", {"-q", "2+3"}, "5\n", 3},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.out);
+    fs::remove_all(config);
+    fs::create_directories(config);
+    using File = std::pair<const char*, const char*>;
+    for (auto [name, text] :
+         {File{"gandrel.ini", c.ini}, File{"gandrel.def", c.def}, File{"gandrel.dat", c.dat}}) {
+      if (text && std::string(text) == "|") {
+        ASSERT_EQ(mkfifo((config / name).c_str(), 0600), 0);
+      } else if (text) {
+        std::ofstream(config / name) << text;
+      }
+    }
+    std::string before = Listing(config);
+    alarm(20);  // a start-up that waits on a pipe ends the test program
+    Outcome o = Run(c.args);
+    alarm(0);
+    EXPECT_EQ(o.out, c.out);
+    EXPECT_EQ(std::count(o.err.begin(), o.err.end(), '\n'), c.messages) << o.err;
+    EXPECT_EQ(Listing(config), before);
+  }
 }
 
 // The program itself: usage errors, help and version.
@@ -187,6 +239,31 @@ TEST(CliProgram, ExitStatus) {
     EXPECT_EQ(WEXITSTATUS(exit), status) << args;
     EXPECT_EQ(out, expected) << args;
   }
+}
+
+// Rolls nobody can see are no success: a failed write of the output is told
+// on standard error and ends the run.
+TEST(CliProgram, FullOutputIsAnError) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full to write to";
+  fs::path empty = fs::temp_directory_path() / ("gandrel-cli-full-" + std::to_string(getpid()));
+  fs::create_directories(empty);
+  // A run that went on rolling into the full device is stopped as a failure.
+  std::string program =
+      "timeout 60 " + std::string(GANDREL_CLI_PROGRAM) + " --config " + empty.string() + " ";
+  for (std::string args : {"-q 3d6", "--version", "-q -n 2147483647 d6"}) {
+    // Standard error into the pipe, standard output to the full device.
+    FILE* pipe = popen((program + args + " 2>&1 >/dev/full").c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string err;
+    char buffer[256];
+    while (std::fgets(buffer, sizeof buffer, pipe))
+      err += buffer;
+    int exit = pclose(pipe);
+    EXPECT_EQ(WEXITSTATUS(exit), 1) << args;
+    EXPECT_EQ(err, "gandrel-cli: cannot write to standard output: No space left on device\n")
+        << args;
+  }
+  fs::remove_all(empty);
 }
 
 }  // namespace

@@ -13,16 +13,19 @@ void Type(QtEntryList* list, const QString& text) {
   QTest::keyClick(list->txtEntry, Qt::Key_Return);
 }
 
-// Okay with an empty default die is refused and saves nothing either.
+// Okay with a default die that does not roll is refused and saves nothing
+// either; the field shows the die with its "d", the setting keeps the size.
 TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
   struct Case {
     const char* dieType;
     bool okay, saved;
-  } cases[] = {{"8", false, false}, {"  ", true, false}, {"8", true, true}};
+  } cases[] = {{"d8", false, false}, {"  ", true, false}, {"6w", true, false}, {"d8", true, true}};
   frmMain& w = StartWindow();
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.okay ? "Okay, die '" : "Cancel, die '") + c.dieType + "'");
     frmPrefs dialog(&w);
+    EXPECT_EQ(dialog.txtDieType->text(), "d6");
+    EXPECT_EQ(dialog.focusWidget(), dialog.btnOkay);  // a stray key changes nothing
     dialog.txtDieType->setText(c.dieType);
     Type(dialog.lstAlwaysAdd, "4d6");
     QTest::mouseClick(c.okay ? dialog.btnOkay : dialog.btnCancel, Qt::LeftButton);
@@ -30,7 +33,10 @@ TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
     EXPECT_EQ(AlwaysAddItems.size(), c.saved ? 2u : 1u);  // counted from 1
     EXPECT_EQ(FileExists("gandrel.ini"), c.saved);
   }
-  EXPECT_EQ(ui.messages, Entries{"Please give a default die, such as 6."});
+  EXPECT_EQ(ui.messages,
+            (Entries{"Please give a default die, such as d6.",
+                     "\"6w\" is not a die: give \"d\" and a whole number of sides, such as d6, "
+                     "or the name of one of your die types (Define Die Types)."}));
   EXPECT_NE(ReadFile("gandrel.ini").find("DieType=8"), std::string::npos);
   EXPECT_NE(ReadFile("gandrel.def").find("4d6"), std::string::npos);
 }
@@ -46,6 +52,36 @@ TEST_F(WindowTest, DefineDieTypesRemovesWhatIsLeftOut) {
   std::string def = ReadFile("gandrel.def");
   EXPECT_EQ(def.find("dfate"), std::string::npos);
   EXPECT_NE(def.find("define dfib = 1,1,2,3,5"), std::string::npos);
+}
+
+// The typed entry shows how it will be stored, goes in that way, replaces a
+// type of its name only after a Yes, and the list is in the order the
+// dialog shows again when it is reopened.
+TEST_F(WindowTest, DefineDieTypesShowsWhatItStores) {
+  StartWindow();
+  RebuildDieTypes({"dfate = -1 to 1"});
+  {
+    frmDefine dialog(window.get());
+    QtEntryList* list = dialog.lstTypes;
+    list->txtEntry->setText("x = 1 to 3");
+    EXPECT_EQ(dialog.lblStored->text(), "Stored as: dx = 1 to 3");
+    QTest::keyClick(list->txtEntry, Qt::Key_Return);
+    Type(list, "dy = 2,4");
+    Type(list, "d = 1 to 2");  // refused
+    EXPECT_EQ(list->txtEntry->text(), "d = 1 to 2");
+    for (MsgAnswer answer : {MsgAnswer::No, MsgAnswer::Yes}) {
+      ui.answer = answer;
+      Type(list, "X = 2 to 4");
+    }
+    EXPECT_EQ(ui.messages.size(), 3u);
+    EXPECT_EQ(ui.messages[1],
+              "There is already a die type named dX: \"dx = 1 to 3\". Replace it with \"dX = 2 "
+              "to 4\"?");
+    EXPECT_EQ(list->Entries(), (Entries{"dfate = -1 to 1", "dX = 2 to 4", "dy = 2,4"}));
+    QTest::mouseClick(dialog.btnOkay, Qt::LeftButton);
+  }
+  frmDefine reopened(window.get());
+  EXPECT_EQ(reopened.lstTypes->Entries(), (Entries{"dfate = -1 to 1", "dX = 2 to 4", "dy = 2,4"}));
 }
 
 TEST_F(WindowTest, EntryListsRefuseBadEntriesAndKeepOrder) {

@@ -1,0 +1,120 @@
+#include "dist/Distribution.h"
+
+#include <new>
+#include <string>
+
+#include "calc/Basic.h"
+#include "calc/RuntimeError.h"
+#include "calc/UserInterface.h"
+#include "dice/modDiceCalc.h"
+#include "dist/Enumerate.h"
+#include "dist/Expression.h"
+#include "dist/ScriptLine.h"
+#include "dist/Summary.h"
+#include "dist/Work.h"
+
+namespace gandrel {
+
+namespace {
+
+constexpr long kLongestText = 32767;
+
+// While a distribution is worked out, the messages the evaluator and the
+// dice would show are swallowed: a combination that overflows is an outcome,
+// not news for the user.
+class QuietInterface final : public UserInterface {
+ public:
+  MsgAnswer ShowMessage(const std::string&, MsgButtons buttons, MsgIcon,
+                        const std::string&) override {
+    return buttons == MsgButtons::Ok ? MsgAnswer::Ok : MsgAnswer::Cancel;
+  }
+  void ProcessEvents() override {}
+};
+
+class QuietScope {
+ public:
+  QuietScope() : outer_(&UI()) { SetUI(&quiet_); }
+  ~QuietScope() { SetUI(outer_); }
+  QuietScope(const QuietScope&) = delete;
+  QuietScope& operator=(const QuietScope&) = delete;
+  UserInterface* Outer() const { return outer_; }
+
+ private:
+  UserInterface* outer_;
+  QuietInterface quiet_;
+};
+
+Outcomes Certain(const std::string& text) {
+  Outcomes out;
+  out.Add(text, 1);
+  return out;
+}
+
+// The roll of an expression: ExpandDice, then Calc. A run-time error on the
+// way (a text longer than 32,767 characters) shows "<error>".
+Outcomes RollResults(std::string text, Work& work) {
+  if (TrapRuntimeError([&] { ExpandDice(text); }) || Len(text) > kLongestText)
+    return Certain("<error>");
+  Outcomes found = text.find('"') != std::string::npos
+                       ? QuotedResults(text, work)
+                       : ExpressionResults(text, ResultMode::Roll, work);
+  auto escaped = found.texts.find(kEscapedError);
+  if (escaped != found.texts.end()) {
+    double p = escaped->second;
+    found.texts.erase(escaped);
+    found.Add("<error>", p);
+  }
+  return found;
+}
+
+// The die value classified as the Roll button classifies it.
+Outcomes ResultsOf(std::string_view dieValue, Work& work) {
+  std::string value = Trim(dieValue);
+  if (Left(value, 1) == "@") value.insert(0, "=");
+  if (InStr(LCase(value), ".die") > 0 || value == "<current script>")
+    GiveUp(NotExactReason::Script, "a script: only running it tells");
+  if (value.empty()) return Certain("0");
+  if (value[0] == '=') return ScriptLineResults(value, work);
+  return RollResults(value, work);
+}
+
+}  // namespace
+
+Distribution ComputeDistribution(std::string_view dieValue, const DistOptions& options) {
+  Distribution dist;
+  QuietScope quiet;
+  // The caller's hook runs with the caller's own interface in force.
+  DistOptions own = options;
+  if (options.progress) {
+    own.progress = [&options, &quiet](double done) {
+      UserInterface* inner = &UI();
+      SetUI(quiet.Outer());
+      bool goOn = options.progress(done);
+      SetUI(inner);
+      return goOn;
+    };
+  }
+  Work work(own);
+  try {
+    Outcomes found = ResultsOf(dieValue, work);
+    FinishDistribution(found, dist);
+    dist.method = DistMethod::Exact;
+  } catch (const NotExactSignal& signal) {
+    dist.why = signal.why;
+    dist.reason = signal.reason;
+  } catch (const RuntimeError& error) {
+    // Every run-time error a roll could meet is followed as an outcome; one
+    // that reaches here comes from a form not followed, and is reported so.
+    dist.why = NotExactReason::Unsupported;
+    dist.reason = "a run-time error: " + error.Description();
+  } catch (const std::bad_alloc&) {
+    dist.why = NotExactReason::Budget;
+    dist.reason = "more combinations than memory holds";
+  } catch (const BreakSignal&) {
+    dist.why = NotExactReason::Cancelled;
+    dist.reason = "cancelled";
+  }
+  return dist;
+}
+
+}  // namespace gandrel

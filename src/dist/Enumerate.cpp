@@ -1,0 +1,187 @@
+#include "dist/Enumerate.h"
+
+#include <vector>
+
+#include "calc/Basic.h"
+#include "calc/NumberText.h"
+#include "calc/RuntimeError.h"
+#include "calc/modEvaluate.h"
+#include "dice/DiceText.h"
+#include "dice/DieLookup.h"
+#include "dice/modDiceCalc.h"
+#include "dist/TermDist.h"
+#include "dist/Work.h"
+
+namespace gandrel {
+
+namespace {
+
+constexpr long kLongestText = 32767;
+
+// The template's text cut at its slots: one more piece than slots.
+std::vector<std::string> Pieces(const std::string& text) {
+  std::vector<std::string> pieces(1);
+  for (char c : text) {
+    if (c == kSlotMark) {
+      pieces.emplace_back();
+    } else {
+      pieces.back() += c;
+    }
+  }
+  return pieces;
+}
+
+// The longest text a combination can make.
+double LongestFilled(const Template& tmpl, const std::vector<TextDist>& texts) {
+  double length = static_cast<double>(tmpl.text.size());
+  for (const TextDist& slot : texts) {
+    size_t longest = 0;
+    for (const auto& [text, p] : slot.texts)
+      longest = std::max(longest, text.size());
+    length += static_cast<double>(longest);
+  }
+  return length;
+}
+
+class Odometer {
+ public:
+  explicit Odometer(const std::vector<TextDist>& texts) : texts_(texts), digits_(texts.size(), 0) {}
+  // Moves to the next combination; false after the last.
+  bool Next() {
+    for (size_t i = digits_.size(); i-- > 0;) {
+      if (++digits_[i] < texts_[i].texts.size()) return true;
+      digits_[i] = 0;
+    }
+    return false;
+  }
+  // The combination's text and probability; escaped when a slot holds an
+  // escaped run-time error.
+  std::string Fill(const std::vector<std::string>& pieces, double& p, bool& escaped) const {
+    std::string text = pieces[0];
+    p = 1;
+    escaped = false;
+    for (size_t i = 0; i < digits_.size(); ++i) {
+      const auto& [slotText, q] = texts_[i].texts[digits_[i]];
+      escaped = escaped || slotText == kEscapedError;
+      text += slotText;
+      text += pieces[i + 1];
+      p *= q;
+    }
+    return text;
+  }
+
+ private:
+  const std::vector<TextDist>& texts_;
+  std::vector<size_t> digits_;
+};
+
+}  // namespace
+
+std::string CalculatedText(const std::string& text, ResultMode mode) {
+  std::string t = text;
+  double value = 0;
+  bool failed = false;
+  if (t.find('"') != std::string::npos) {
+    std::string details;
+    if (TrapRuntimeError([&] { value = Calc(t, details); })) return kEscapedError;
+    failed = t == "<calc error>";
+  } else {
+    value = Evaluate(t);
+    failed = !t.empty() && t[0] == '%';
+  }
+  if (failed) return mode == ResultMode::Roll ? "<calc error>" : "0";
+  return FormatNumber(value);
+}
+
+void EnumerateTemplate(const Template& tmpl, ResultMode mode, double p, Outcomes& out, Work& work) {
+  std::vector<TextDist> texts;
+  double combinations = 1, error = 0, truncated = 0;
+  for (const Slot& slot : tmpl.slots) {
+    texts.push_back(SlotTexts(slot));
+    combinations *= static_cast<double>(texts.back().texts.size());
+    CombineLosses(error, truncated, slot.kind == Slot::Kind::Term ? slot.values.error : 0,
+                  texts.back().truncated);
+  }
+  if (!work.EvaluationsFit(combinations))
+    GiveUp(NotExactReason::Budget, "more combinations than the budget allows");
+  if (LongestFilled(tmpl, texts) > kLongestText)
+    GiveUp(NotExactReason::Unsupported, "a text that may grow too long to calculate");
+  if (error > 0) out.Add(CalculatedText("<error>", mode), p * error);
+  out.truncated += p * truncated;
+  if (combinations == 0) return;
+  work.Expect(combinations);
+  const std::vector<std::string> pieces = Pieces(tmpl.text);
+  Odometer odometer(texts);
+  do {
+    double q = 0;
+    bool escaped = false;
+    std::string text = odometer.Fill(pieces, q, escaped);
+    work.Evaluations(1);
+    out.Add(escaped ? std::string(kEscapedError) : CalculatedText(text, mode), p * q);
+  } while (odometer.Next());
+}
+
+void ForEachFilling(const Template& tmpl, double p, Outcomes& out, Work& work,
+                    const std::function<void(const std::string& text, double p)>& visit) {
+  std::vector<TextDist> texts;
+  double combinations = 1, error = 0, truncated = 0;
+  for (const Slot& slot : tmpl.slots) {
+    texts.push_back(SlotTexts(slot));
+    combinations *= static_cast<double>(texts.back().texts.size());
+    CombineLosses(error, truncated, 0, texts.back().truncated);
+  }
+  if (!work.EvaluationsFit(combinations))
+    GiveUp(NotExactReason::Budget, "more combinations than the budget allows");
+  out.truncated += p * truncated;
+  if (combinations == 0) return;
+  const std::vector<std::string> pieces = Pieces(tmpl.text);
+  Odometer odometer(texts);
+  do {
+    double q = 0;
+    bool escaped = false;
+    std::string text = odometer.Fill(pieces, q, escaped);
+    visit(text, p * q);
+  } while (odometer.Next());
+}
+
+namespace {
+
+void RollFromFirstTerm(const std::string& text, ResultMode mode, double p, Outcomes& out,
+                       TermCache& cache, Work& work) {
+  if (Len(text) > kLongestText) {
+    out.Add(kEscapedError, p);
+    return;
+  }
+  std::string lower = LCase(text);
+  long at = InStr(lower, "d");
+  if (at == 0) {
+    work.Evaluations(1);
+    out.Add(CalculatedText(text, mode), p);
+    return;
+  }
+  long start = 0, end = 0;
+  FindRolledTerm(lower, at, start, end);
+  const ValueDist& total = cache.Total(Mid(text, start, end - start + 1));
+  if (total.error > 0) out.Add(CalculatedText("<error>", mode), p * total.error);
+  out.truncated += p * total.truncated;
+  const std::string head = Left(text, start - 1), tail = Mid(text, end + 1);
+  for (size_t i = 0; i < total.Size(); ++i) {
+    std::string next = head + NumberText(total.Value(i)) + tail;
+    RollFromFirstTerm(next, mode, p * total.probs[i], out, cache, work);
+  }
+}
+
+}  // namespace
+
+void EnumerateRolling(const std::string& text, ResultMode mode, double p, Outcomes& out,
+                      TermCache& cache, Work& work) {
+  try {
+    RollFromFirstTerm(text, mode, p, out, cache, work);
+  } catch (const NotExactSignal& signal) {
+    if (signal.why != NotExactReason::Budget) throw;
+    GiveUp(NotExactReason::Dependent,
+           "totals that feed later terms, with more combinations than the budget allows");
+  }
+}
+
+}  // namespace gandrel

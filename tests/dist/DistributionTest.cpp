@@ -1,0 +1,231 @@
+// Exact distributions of expressions against hand-checked ones and against
+// the engine itself rolled through every sequence of faces.
+#include <cmath>
+#include <functional>
+#include <vector>
+
+#include "calc/NumberText.h"
+#include "dist/DistFixture.h"
+
+namespace gandrel::testing {
+namespace {
+
+using Distributions = DistTest;
+
+// The probability of each total of n dice of the given faces, by counting.
+std::map<int, double> SumsOf(int n, int faces) {
+  std::map<int, double> sums{{0, 1.0}};
+  for (int i = 0; i < n; ++i) {
+    std::map<int, double> next;
+    for (auto [total, p] : sums)
+      for (int f = 1; f <= faces; ++f)
+        next[total + f] += p / faces;
+    sums.swap(next);
+  }
+  return sums;
+}
+
+// The shown table of a function of the total of n dice.
+Shown ShownFromSums(int n, int faces, const std::function<std::string(int)>& text) {
+  Shown shown;
+  for (auto [total, p] : SumsOf(n, faces))
+    shown[text(total)] += p;
+  return shown;
+}
+
+Shown Counts(int first, std::vector<double> counts, double of) {
+  Shown shown;
+  for (size_t i = 0; i < counts.size(); ++i)
+    shown[FormatNumber(first + static_cast<double>(i))] = counts[i] / of;
+  return shown;
+}
+
+TEST_F(Distributions, HandChecked) {
+  const struct {
+    const char* dieValue;
+    Shown shown;
+  } cases[] = {
+      {"2d6", Counts(2, {1, 2, 3, 4, 5, 6, 5, 4, 3, 2, 1}, 36)},
+      {"3d6", Counts(3, {1, 3, 6, 10, 15, 21, 25, 27, 27, 25, 21, 15, 10, 6, 3, 1}, 216)},
+      {"4dfate", Counts(-4, {1, 4, 10, 16, 19, 16, 10, 4, 1}, 81)},
+      // The item 1 is written twice: it comes up twice as often.
+      {"2dfib",
+       {{"2", .16},
+        {"3", .16},
+        {"4", .2},
+        {"5", .08},
+        {"6", .2},
+        {"7", .08},
+        {"8", .08},
+        {"10", .04}}},
+      // Items that are no number show 0; fractional items add up exactly.
+      {"2dhalf",
+       {{"0", 1. / 9},
+        {"1.5", 2. / 9},
+        {"2", 2. / 9},
+        {"3", 1. / 9},
+        {"3.5", 2. / 9},
+        {"4", 1. / 9}}},
+      // The default die, and d0 that always shows 1.
+      {"d+3d0", Counts(4, {1, 1, 1, 1, 1, 1}, 6)},
+      {"", {{"0", 1}}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.dieValue);
+    Distribution dist = ComputeDistribution(c.dieValue);
+    ASSERT_EQ(dist.method, DistMethod::Exact);
+    ExpectShown(ShownOf(dist), c.shown);
+    EXPECT_EQ(dist.truncated, 0);
+  }
+}
+
+// The count is the run of digits before "d": "2." stays in front of the
+// total of 5d6, and "d6d6" rolls the first total as the next count.
+TEST_F(Distributions, TheTermFinderReadsTheTextAsItStands) {
+  ExpectShown(ShownOf(ComputeDistribution("2.5d6")), ShownFromSums(5, 6, [](int t) {
+                return FormatNumber(2 + t / 100.0 * (t < 10 ? 10 : 1));
+              }));
+  Shown chained;
+  for (auto [first, p] : SumsOf(1, 6))
+    for (auto [total, q] : SumsOf(first, 6))
+      chained[FormatNumber(total)] += p * q;
+  ExpectShown(ShownOf(ComputeDistribution("d6d6")), chained);
+  // The blank joins the totals once the evaluator strips it.
+  ExpectShown(ShownOf(ComputeDistribution("d2 d2")),
+              {{"11", .25}, {"12", .25}, {"21", .25}, {"22", .25}});
+}
+
+TEST_F(Distributions, EvaluatorQuirksShowInTheResults) {
+  const struct {
+    const char* dieValue;
+    Shown shown;
+  } cases[] = {
+      {"1d2*-1", {{"-1", .5}, {"-2", .5}}},
+      {"2(1d2)", {{"21", .5}, {"22", .5}}},
+      {"1d2=1", {{"-1", .5}, {"0", .5}}},
+      {"1E4+1d2", {{"10000", 1}}},
+      {"1d3/3", {{".333333333333333", 1. / 3}, {".666666666666667", 1. / 3}, {"1", 1. / 3}}},
+      {"1d2*99999999999999999", {{"1E+17", .5}, {"2E+17", .5}}},
+      {"1d2/(1d2-1)", {{"<calc error>", .5}, {"1", .25}, {"2", .25}}},
+      // A range too wide to roll, and a list item too large to read: the
+      // failed roll reaches the evaluator as "<error>", which it refuses.
+      {"1dwide+1", {{"<calc error>", 1}}},
+      {"2dbad", {{"2", .25}, {"<calc error>", .75}}},
+      // Quoted text is neither expanded nor rolled; the pieces around it are
+      // calculated on their own first.
+      {"1d2\"d6\"", {{"1", .5}, {"2", .5}}},
+      {"\"x\"+1d2", {{"0", 1}}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.dieValue);
+    Distribution dist = ComputeDistribution(c.dieValue);
+    ASSERT_EQ(dist.method, DistMethod::Exact);
+    ExpectShown(ShownOf(dist), c.shown);
+  }
+  EXPECT_TRUE(ui.messages.empty()) << ui.messages.front().text;
+}
+
+TEST_F(Distributions, SameAsTheEngineOverEverySequenceOfFaces) {
+  for (const char* dieValue :
+       {"2d3+1d3", "3dfate-1", "1d3 1d3", "d3d3", "(1d3+1)*1d3", "1d3-2d3", "2.1d3", "1d3^-1d3",
+        "1d3>=2|1d3", "1d3MOD2+1d3\\2", "-1d3+-1d3", "1d3--1dfate", "2dhalf+1d3/4"}) {
+    SCOPED_TRACE(dieValue);
+    Distribution dist = ComputeDistribution(dieValue);
+    ASSERT_EQ(dist.method, DistMethod::Exact) << dist.reason;
+    ExpectShown(ShownOf(dist), RolledThrough(dieValue, 3));
+  }
+}
+
+TEST_F(Distributions, SummaryAndCumulativeProbabilities) {
+  Distribution dist = ComputeDistribution("3d6");
+  EXPECT_NEAR(dist.summary.mean, 10.5, 1e-12);
+  EXPECT_NEAR(dist.summary.sd, std::sqrt(35.0 / 4), 1e-12);
+  EXPECT_EQ(dist.summary.min, 3);
+  EXPECT_EQ(dist.summary.max, 18);
+  EXPECT_EQ(dist.summary.median, 10);
+  EXPECT_NEAR(ProbabilityAtLeast(dist, 15), 20.0 / 216, 1e-12);
+  EXPECT_NEAR(ProbabilityAtLeast(dist, 14.5), 20.0 / 216, 1e-12);
+  EXPECT_NEAR(ProbabilityAtMost(dist, 4), 4.0 / 216, 1e-12);
+  EXPECT_EQ(ProbabilityAtLeast(dist, 19), 0);
+  EXPECT_EQ(ProbabilityAtMost(dist, 2), 0);
+  ASSERT_EQ(dist.atLeast.size(), 16u);
+  EXPECT_NEAR(dist.atLeast.front(), 1, 1e-12);
+  EXPECT_NEAR(dist.atMost.back(), 1, 1e-12);
+
+  // Markers come after the numbers and count as failures, not in the mean.
+  Distribution bad = ComputeDistribution("2dbad");
+  ASSERT_EQ(bad.outcomes.size(), 2u);
+  EXPECT_EQ(bad.outcomes[0].text, "2");
+  EXPECT_TRUE(bad.outcomes[0].numeric);
+  EXPECT_EQ(bad.outcomes[1].text, "<calc error>");
+  EXPECT_NEAR(bad.summary.failure, .75, 1e-12);
+  EXPECT_NEAR(bad.summary.numeric, .25, 1e-12);
+  EXPECT_EQ(bad.summary.mean, 2);
+
+  // Rolled results, as an estimate would count them, take the same form.
+  Distribution counted = DistributionOf({{"<calc error>", .1}, {"10", .2}, {"x", .1}, {"2", .6}});
+  ASSERT_EQ(counted.outcomes.size(), 4u);
+  EXPECT_EQ(counted.outcomes[0].text, "2");
+  EXPECT_EQ(counted.outcomes[2].text, "x");
+  EXPECT_EQ(counted.outcomes[3].text, "<calc error>");
+  EXPECT_NEAR(counted.summary.mean, (2 * .6 + 10 * .2) / .8, 1e-12);
+  EXPECT_NEAR(counted.summary.failure, .1, 1e-12);
+  EXPECT_EQ(counted.method, DistMethod::NotExact);
+
+  DistComparison same = CompareDistributions(ComputeDistribution("1d6"), ComputeDistribution("d6"));
+  EXPECT_NEAR(same.equal, 1.0 / 6, 1e-12);
+  EXPECT_NEAR(same.firstHigher, 15.0 / 36, 1e-12);
+  EXPECT_NEAR(same.secondHigher, 15.0 / 36, 1e-12);
+}
+
+// A thousand dice: every total from 1000 to 6000 is an outcome, the
+// extremes with a probability too small for a double.
+TEST_F(Distributions, ManyDice) {
+  Distribution dist = ComputeDistribution("1000d6");
+  ASSERT_EQ(dist.outcomes.size(), 5001u);
+  EXPECT_EQ(dist.outcomes.front().text, "1000");
+  EXPECT_EQ(dist.outcomes.back().text, "6000");
+  EXPECT_NEAR(dist.summary.mean, 3500, 1e-6);
+  EXPECT_NEAR(dist.summary.sd, std::sqrt(1000 * 35.0 / 12), 1e-6);
+  EXPECT_NEAR(dist.atMost.back(), 1, 1e-9);
+  Distribution counted = ComputeDistribution("12d6");
+  ExpectShown(ShownOf(counted), ShownFromSums(12, 6, [](int t) { return FormatNumber(t); }), 1e-15);
+}
+
+TEST_F(Distributions, WhatIsNotExactSaysWhy) {
+  const struct {
+    const char* dieValue;
+    double budget;
+    NotExactReason why;
+  } cases[] = {
+      {"FIGHT.DIE", 1e7, NotExactReason::Script},
+      {"<current script>", 1e7, NotExactReason::Script},
+      {"10d6*10d6", 100, NotExactReason::Budget},
+      {"d10d10d10", 1000, NotExactReason::Dependent},
+      {"100000000d6", 1e7, NotExactReason::Budget},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.dieValue);
+    DistOptions options;
+    options.budget = c.budget;
+    Distribution dist = ComputeDistribution(c.dieValue, options);
+    EXPECT_EQ(dist.method, DistMethod::NotExact);
+    EXPECT_EQ(dist.why, c.why);
+    EXPECT_FALSE(dist.reason.empty());
+    EXPECT_TRUE(dist.outcomes.empty());
+  }
+  // The progress hook is asked now and then, and can stop the work.
+  int asked = 0;
+  DistOptions options;
+  options.progress = [&](double done) {
+    EXPECT_GE(done, 0);
+    EXPECT_LE(done, 1);
+    return ++asked < 3;
+  };
+  Distribution dist = ComputeDistribution("30d6*30d6", options);
+  EXPECT_EQ(dist.why, NotExactReason::Cancelled);
+  EXPECT_EQ(asked, 3);
+}
+
+}  // namespace
+}  // namespace gandrel::testing

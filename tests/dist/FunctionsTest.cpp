@@ -1,0 +1,162 @@
+// One-line scripts and their @ functions against the engine rolled through
+// every sequence of faces, and the exploding dice against closed forms.
+#include <cmath>
+#include <random>
+#include <string>
+
+#include "dist/DistFixture.h"
+
+namespace gandrel::testing {
+namespace {
+
+using Functions = DistTest;
+
+Distribution Exact(const char* dieValue, double truncation = 1e-12) {
+  DistOptions options;
+  options.truncation = truncation;
+  Distribution dist = ComputeDistribution(dieValue, options);
+  EXPECT_EQ(dist.method, DistMethod::Exact) << dieValue << ": " << dist.reason;
+  return dist;
+}
+
+TEST_F(Functions, SameAsTheEngineOverEverySequenceOfFaces) {
+  const struct {
+    const char* dieValue;
+    double faces;
+  } cases[] = {
+      {"@best(3,4d6)", 6},
+      {"@worst(1,2d20)", 20},
+      // The kept terms are a text that the rest of the line calculates.
+      {"=2*@best(2,3d6)", 6},
+      {"=@best(5,3d3)*2", 3},
+      {"=5-@best(2,3d3)", 3},
+      {"@worst(2,3d3-2)", 3},
+      {"@best(2, 2d3 + 10 - 1d3)", 3},
+      {"@best(3,2d3+1dfate)", 3},
+      {"@cap(2,3,4d3-1)", 3},
+      {"=2*@cap(1,2,2d3)", 3},
+      {"@lcap(2,2d3+1dfate)", 3},
+      {"@ucap(2,3d3)", 3},
+      {"@limit(3,5,2d3)", 3},
+      {"=@ulimit(4,2d3-1d3)*2", 3},
+      {"@llimit(5,1d3+1d3)", 3},
+      {"=@best(1,1d3)d3", 3},
+      {"=\"hi\"+@best(1,2d3)", 3},
+      {"=@best(1,1d3)+@worst(1,2d3)", 3},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.dieValue);
+    ExpectShown(ShownOf(Exact(c.dieValue)), RolledThrough(c.dieValue, c.faces));
+  }
+}
+
+// Lines of calls, terms and numbers joined by signs and other operators: the
+// calls' sums are added up where the line is a plain sum and written out
+// where it is not.
+TEST_F(Functions, GeneratedLinesAsTheEngineRollsThem) {
+  static const char* const kItems[] = {
+      "@best(1,2d3)", "@worst(2,1d3+1)", "@cap(2,3,2d3)", "@limit(2,4,2d3-1)",
+      "@wild(1d3)",   "@swwild(2d3)",    "1d3",           "2",
+      "@ucap(1,1d3)"};
+  static const char* const kJoins[] = {"+", "-", "+", " + ", "*", "-+", "<", "="};
+  std::mt19937 random(7);
+  auto pick = [&](auto& table) {
+    return table[std::uniform_int_distribution<size_t>(0, std::size(table) - 1)(random)];
+  };
+  for (int i = 0; i < 60; ++i) {
+    std::string line = "=";
+    for (int k = 0; k < 2; ++k)
+      line += std::string(k ? pick(kJoins) : "") + pick(kItems);
+    SCOPED_TRACE(line);
+    Distribution dist = ComputeDistribution(line);
+    ASSERT_EQ(dist.method, DistMethod::Exact) << dist.reason;
+    double cut = 0;
+    Shown rolled = RolledThrough(line, 3, 9, &cut);
+    ExpectShown(ShownOf(dist), rolled, cut + 1e-12);
+  }
+}
+
+// Sequences past the draws followed are cut; the distribution and the engine
+// agree on everything else, within what was cut.
+TEST_F(Functions, ExplodingDiceAsTheEngineRollsThem) {
+  for (const char* dieValue :
+       {"@wild(2d3)", "@wild(1d3-1d3)", "=2*@wild(1d3)", "@wilddice(2d3)", "@wilddice(1d3-1d3)",
+        "@swwild(2d3)", "@swwild(3d3)", "@swwild(1d3-2d3+2d3)", "@swwild(0d3+2dfate)",
+        "@wilddice(1dfate+1)", "@swwild(d0+1d3)", "=@wilddice(1d3)*@wilddice(1d3)"}) {
+    SCOPED_TRACE(dieValue);
+    double cut = 0;
+    Shown rolled = RolledThrough(dieValue, 3, 9, &cut);
+    Distribution dist = Exact(dieValue);
+    ExpectShown(ShownOf(dist), rolled, cut + 1e-12);
+    EXPECT_LE(dist.truncated, 1e-12);
+  }
+}
+
+// One exploding d6 leaves out 6^-k beyond its k-th roll; the depth is the
+// first whose share is below the truncation asked for.
+TEST_F(Functions, TruncatedMassOfAnExplodingDie) {
+  EXPECT_NEAR(Exact("@wilddice(1d6)").truncated, std::pow(6.0, -16), 1e-25);
+  EXPECT_NEAR(Exact("@wilddice(1d6)", 1e-6).truncated, std::pow(6.0, -8), 1e-19);
+  Distribution dist = Exact("@wilddice(1d6)", 1e-6);
+  EXPECT_NEAR(ShownOf(dist)["13"], std::pow(6.0, -3), 1e-15);
+  EXPECT_EQ(dist.summary.max, 47);  // seven sixes and a five
+  // Five dice share the truncation between them.
+  Distribution five = Exact("@wilddice(5d10)");
+  EXPECT_LE(five.truncated, 1e-12);
+  EXPECT_GT(five.truncated, 1e-14);
+  EXPECT_NEAR(five.summary.mean, 5 * 5.5 / 0.9, 1e-9);
+}
+
+TEST_F(Functions, FixedResultsAndFailures) {
+  const struct {
+    const char* dieValue;
+    Shown shown;
+  } cases[] = {
+      {"@cap(1,5,7)", {{"5", 1}}},
+      {"@best(0,3d6)", {{"0", 1}}},
+      {"@bestlist(2,rolls)", {{"0", 1}}},
+      {"=1/0", {{"0", 1}}},
+      {"@foo(1)", {{"<script error>", 1}}},
+      {"@best 3, 4d6", {{"<script error>", 1}}},
+      {"@best(3 4d6)", {{"<script error>", 1}}},
+      {"@limit(1,3d6)", {{"<script error>", 1}}},
+      {"@wild(5)", {{"<script error>", 1}}},
+      {"@best(1,(2d6)", {{"<script error>", 1}}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.dieValue);
+    ExpectShown(ShownOf(Exact(c.dieValue)), c.shown);
+  }
+}
+
+TEST_F(Functions, WhatIsNotFollowedSaysWhy) {
+  const struct {
+    const char* dieValue;
+    NotExactReason why;
+  } cases[] = {
+      {"@best(1,@best(1,2d6))", NotExactReason::Unsupported},
+      {"@best(1,2d6*2)", NotExactReason::Unsupported},
+      {"=2*@best(2,3d6 + 1)", NotExactReason::Unsupported},
+      {"@cap(1,3,2dbad)", NotExactReason::Unsupported},
+      {"@wild(1d1)", NotExactReason::NeverEnds},
+      {"@cap(1,9,20d10)*2", NotExactReason::Budget},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.dieValue);
+    Distribution dist = ComputeDistribution(c.dieValue);
+    EXPECT_EQ(dist.method, DistMethod::NotExact);
+    EXPECT_EQ(dist.why, c.why) << dist.reason;
+  }
+}
+
+// Advantage against +2 on a d20, and four dice keep three against three.
+TEST_F(Functions, ComparingRolls) {
+  DistComparison c = CompareDistributions(Exact("@best(1,2d20)"), Exact("1d20+2"));
+  EXPECT_NEAR(c.firstHigher + c.equal + c.secondHigher, 1, 1e-12);
+  EXPECT_NEAR(Exact("@best(1,2d20)").summary.mean, 13.825, 1e-12);
+  EXPECT_NEAR(ProbabilityAtLeast(Exact("@best(1,2d20)"), 15), 1 - 0.7 * 0.7, 1e-12);
+  EXPECT_GT(Exact("@best(3,4d6)").summary.mean, Exact("3d6").summary.mean);
+}
+
+}  // namespace
+}  // namespace gandrel::testing
