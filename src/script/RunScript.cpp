@@ -42,6 +42,12 @@ void PumpBetweenLines() {
     UI().WaitForEvents();
 }
 
+// Code 0, and every byte that is no command code: an assignment when the
+// text holds "=", otherwise nothing.
+void RunOther(ScriptRun& run, std::string& text) {
+  if (text.find('=') != std::string::npos) RunAssignment(run, text);
+}
+
 void RunPause() {
   runFlags.Paused = true;
   Windows().ShowPause();
@@ -50,7 +56,7 @@ void RunPause() {
 void Dispatch(ScriptRun& run, ScriptCode code, std::string& text) {
   switch (code) {
     // clang-format off
-    case ScriptCode::Other:       if (text.find('=') != std::string::npos) RunAssignment(run, text); break;
+    case ScriptCode::Other:       RunOther(run, text); break;
     case ScriptCode::If:          RunIf(run, text); break;
     case ScriptCode::EndIf:       break;
     case ScriptCode::For:         RunFor(run, text); break;

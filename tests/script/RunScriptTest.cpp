@@ -56,7 +56,8 @@ TEST_F(RunScriptTest, FailuresStopTheRunWithTheirReport) {
       {"open file out, , over",                   "<script error>", kOpenFileError},
       {"var i\nfor i 1 to 3",                     "",
        "Error: Invalid procedure call or argument\r\nscript processing on line 2"},
-      {"result = 2\ndefine dx = 1 to 1E10",       "2", "Error: Overflow\r\nscript processing on line 2"},
+      {"result = 2\ndefine dx = 1 to 1E10",       "2",
+       "Error: Overflow\r\nscript processing on line 2"},
       {"x = @best 3, 4d6",                        "<script error>",
        "Error: @ found without ( in line:\r\nx = @best 3, 4d6"},
       // clang-format on
@@ -75,8 +76,8 @@ TEST_F(RunScriptTest, LinesTheTokenizerNeverMakes) {
     std::string result, log;
   } cases[] = {
       // clang-format off
-      {{"", "", T(ScriptCode::Other, "result = 3")},                 "3", ""},  // empty line
-      {{"", "\x7Fresult=4"},                                       "4", ""},  // no command code: code 0
+      {{"", "", T(ScriptCode::Other, "result = 3")},                 "3", ""},  // an empty line
+      {{"", "\x7Fresult=4"},                                       "4", ""},  // no code: as 0
       {{"", "result=5"},                                            "",  ""},  // "r" is the code
       {{"", "x=1", T(ScriptCode::Other, "result = 5")},             "5", ""},
       {{"", T(ScriptCode::Goto, "-5")},                             "",
