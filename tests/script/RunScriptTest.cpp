@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -135,10 +134,21 @@ TEST_F(RunScriptTest, RunsItsOwnCopyOfTheLines) {
   EXPECT_EQ(result, "2");
 }
 
+// "hh:mm:ss" CR LF, as many times as the text holds.
+bool ClockLines(const std::string& text) {
+  const std::string shape = "00:00:00\r\n";
+  if (text.empty() || text.size() % shape.size() != 0) return false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    char want = shape[i % shape.size()];
+    if (want == '0' ? !IsDigit(text[i]) : text[i] != want) return false;
+  }
+  return true;
+}
+
 TEST_F(RunScriptTest, TimeWritesTheClock) {
   ScriptOutcome outcome = RunScriptText("time\ntime");
-  EXPECT_TRUE(std::regex_match(outcome.log, std::regex(R"((\d\d:\d\d:\d\d\r\n){2})")))
-      << outcome.log;
+  EXPECT_EQ(outcome.log.size(), 20u);
+  EXPECT_TRUE(ClockLines(outcome.log)) << outcome.log;
 }
 
 TEST_F(RunScriptTest, OpeningAnOpenWindowRaisesIt) {
