@@ -57,6 +57,7 @@ started=$(date +%s)
 # 2 GB is a runaway text. fuzz_calc reads no input longer than 200 bytes.
 limits=(-timeout=5 -rss_limit_mb=2048)
 [ "$target" = fuzz_calc ] && limits+=(-max_len=200)
+case "$target" in fuzz_tokenize|fuzz_runscript) limits+=(-dict=fuzz/script.dict) ;; esac
 status=0
 "$build/fuzz/$target" -max_total_time="$seconds" "${limits[@]}" \
   -artifact_prefix=fuzz/ -print_final_stats=1 \

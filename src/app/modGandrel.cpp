@@ -14,6 +14,7 @@
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "dice/modDiceCalc.h"
+#include "script/modScript.h"
 
 namespace gandrel {
 
@@ -55,7 +56,6 @@ class BusyPointer {
 };
 
 const char* const kCurrentScript = "<current script>";
-const char* const kScriptsUnavailable = "Scripts are not available in this build.";
 
 // One request under way: the die value as the request rewrites it, what the
 // die-value box holds, and what the request produced.
@@ -175,12 +175,31 @@ static void KeepInHistory(Request& request, const std::string& value) {
   request.boxText = value;
 }
 
-// A script request: the script language is not part of this build, so every
-// script ends as a script error that says so.
-static void RunScriptRequest(Request& request) {
+// The editor's script (named by a script file's name, or "<current
+// script>"): split into lines, tokenized, and run unless a GOTO names no
+// label; then the tokenizer's "<error>" takes the die value's place.
+static void RunEditorScript(Request& request) {
   request.isScript = true;
-  request.resultText = kScriptErrorMarker;
-  request.logText = kScriptsUnavailable;
+  SplitScriptText();
+  std::string tokenError;
+  TokenizeScript(ScriptLines, tokenError);
+  if (!tokenError.empty()) {
+    request.dieValue = tokenError;
+    return;
+  }
+  request.resultText.clear();
+  request.logText.clear();
+  RunScript(ScriptLines, request.resultText, request.logText);
+}
+
+// A die value beginning with "=": the one line "result" & die value, built
+// already tokenized (code 0, an assignment).
+static void RunOneLineScript(Request& request) {
+  request.isScript = true;
+  ScriptLines = {std::string(), std::string(1, '\0') + "result" + request.dieValue};
+  request.resultText.clear();
+  request.logText.clear();
+  RunScript(ScriptLines, request.resultText, request.logText);
 }
 
 // An error of a request that reached the dice is told as a roll tells its
@@ -220,14 +239,14 @@ static void Classify(Request& request) {
   const std::string& dieValue = request.dieValue;
   if (IsScriptFileName(dieValue)) {
     KeepInHistory(request, dieValue);
-    RunScriptRequest(request);
+    RunEditorScript(request);
   } else if (dieValue.empty()) {
     // Nothing to compute: the result shows 0.
   } else if (dieValue == kCurrentScript) {
-    RunScriptRequest(request);
+    RunEditorScript(request);
   } else if (dieValue.front() == '=') {
     KeepInHistory(request, dieValue);
-    RunScriptRequest(request);
+    RunOneLineScript(request);
   } else {
     RollExpression(request);
   }
@@ -277,11 +296,18 @@ static RollOutcome WorkOut(const std::string& typed, std::optional<std::string>&
 }
 
 RollOutcome WorkOutRoll(const std::string& dieValue) {
+  if (runFlags.ScriptRunning) {
+    RollOutcome untouched;
+    untouched.dieValueText = dieValue;
+    return untouched;
+  }
   std::optional<std::string> toWindow;
   return WorkOut(dieValue, toWindow);
 }
 
 void RollDieValue() {
+  // The running script pumps events: a Roll meanwhile does nothing.
+  if (runFlags.ScriptRunning) return;
   BusyPointer busy;
   std::optional<std::string> toWindow;
   RollOutcome outcome = WorkOut(View().DieValueText(), toWindow);

@@ -77,10 +77,12 @@ MainView& View();
 
 // One Roll request on the current die-value text: works out the outcome,
 // shows it, and shows a script's "~TOWIN~" result in a message box as well.
+// Does nothing while a script runs (runFlags.ScriptRunning).
 void RollDieValue();
 
 // What a Roll request on dieValue shows; the history is kept as a request
-// keeps it. Nothing is shown. A break ends it as "<break>".
+// keeps it. Nothing is shown. A break ends it as "<break>". While a script
+// runs nothing is worked out: the outcome holds only the die value.
 RollOutcome WorkOutRoll(const std::string& dieValue);
 
 // True when the die value names a script file: ".die" anywhere, in any case.
@@ -94,6 +96,9 @@ void AddToHistory(std::string& value);
 std::vector<std::string> DieListEntries();
 
 // ---- The script editor and script files --------------------------------------
+//
+// The editor's events, New, Load, Save and picking an entry do nothing while
+// a script runs (runFlags.ScriptRunning): its pumped events may reach them.
 
 // The editor's file and whether its text changed since it was loaded, saved
 // or cleared. Names keep their letter case: Linux tells "A.DIE" from "a.die".

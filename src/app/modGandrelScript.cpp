@@ -9,6 +9,7 @@
 
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
+#include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
 
 namespace gandrel {
@@ -155,12 +156,17 @@ void ScriptTextChanged() {
   ShowEditorState();
 }
 
+// While a script runs, its pumped events may reach the handlers below: the
+// die value, the editor and its file stay as the run found them.
+
 void ScriptEditorFocused() {
+  if (runFlags.ScriptRunning) return;
   if (scriptEditor.ScriptFileName.empty() && View().DieValueText() != kCurrentScript)
     View().SetDieValueText(kCurrentScript);
 }
 
 void ScriptEditorClicked() {
+  if (runFlags.ScriptRunning) return;
   const std::string& name = scriptEditor.ScriptFileName;
   if (name.empty()) View().SetDieValueText(kCurrentScript);
   if (!name.empty() && ExactEntry(name) > 0) View().SetDieValueText(name);
@@ -169,6 +175,7 @@ void ScriptEditorClicked() {
 // ---- New, Load, Save ---------------------------------------------------------
 
 void NewScript() {
+  if (runFlags.ScriptRunning) return;
   if (!OfferToSave("Do you want to save the current script before clearing it?")) return;
   View().SetScriptText("");
   scriptEditor.ScriptFileName.clear();
@@ -176,6 +183,7 @@ void NewScript() {
 }
 
 void LoadScriptFile() {
+  if (runFlags.ScriptRunning) return;
   if (!OfferToSave("Do you want to save the current script before loading a new one?")) return;
   std::string chosen = View().AskScriptFile(FileQuestion::Open, "Load Script", DialogStart());
   if (chosen.empty()) return;
@@ -191,6 +199,7 @@ void LoadScriptFile() {
 }
 
 bool SaveScriptAs() {
+  if (runFlags.ScriptRunning) return false;
   std::string chosen = View().AskScriptFile(FileQuestion::Save, "Save Script As", DialogStart());
   if (chosen.empty()) return false;
   std::string name = WithScriptExtension(Trim(chosen));
@@ -248,6 +257,7 @@ bool SaveScriptText() {
 // ---- Picking from the die-value list ----------------------------------------------
 
 void PickDieValue(const std::string& entry) {
+  if (runFlags.ScriptRunning) return;
   std::string picked = Trim(entry);
   if (!IsScriptFileName(picked)) {
     View().SetScriptText("");

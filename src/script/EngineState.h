@@ -10,6 +10,7 @@
 //   dice/modDiceCalc.h     dieTypes: the range and list die types
 //   dice/Random.h          the random generator
 //   script/ScriptWindows.h the script windows in force
+//   script/ScriptFiles.h   the file layer in force
 //
 // Everything that belongs to one script run lives in that run's own state
 // and is gone when the run ends.

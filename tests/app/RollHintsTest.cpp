@@ -108,7 +108,9 @@ TEST_F(RollHintsTest, DieValues) {
       {"4d8k3", {}},
       {"1+1dw", {}},
       {"@best(3,4d6k3)", {}},
-      {"=4d6k3", {}},  // scripts end as "<script error>" in this build
+      {"=4d6k3",
+       {"\"k3\" was ignored: it is not a die, a number or an operator.",
+        "To keep the best 3 of 4d6, write @best(3,4d6)."}},
       {"FOO.DIE", {}},
       {"2d6\"k\"", {}},
   };

@@ -66,9 +66,9 @@ TEST_F(WindowTest, MarkerTextsShowAsPlainText) {
   frmMain& w = StartWindow();
   EXPECT_EQ(w.lblResult->textFormat(), Qt::PlainText);
   EXPECT_EQ(w.lblScript->textFormat(), Qt::PlainText);
-  TypeAndEnter("=1");
+  TypeAndEnter("=@foo(<b>)");
   EXPECT_EQ(Text(w.lblResult), "<script error>");
-  EXPECT_EQ(Text(w.txtEachResult), "Scripts are not available in this build.");
+  EXPECT_EQ(Text(w.txtEachResult), "Error: function not found in line:\nresult=@foo(<b>)");
 }
 
 // Qt's combo box takes Enter, and the focus leaving it, for the pick of an

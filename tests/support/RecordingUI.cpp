@@ -1,12 +1,39 @@
 #include "support/RecordingUI.h"
 
+#include "calc/RunFlags.h"
+
 namespace gandrel::testing {
+
+namespace {
+
+class RecordedWindow final : public OutputWindow {
+ public:
+  explicit RecordedWindow(std::shared_ptr<RecordingUI::Output> output)
+      : output_(std::move(output)) {}
+  void Print(const std::string& text) override {
+    if (output_->open) output_->text += text;
+  }
+  void Clear() override {
+    if (output_->open) output_->text.clear();
+  }
+  void Close() override { output_->open = false; }
+  void Raise() override {
+    if (output_->open) ++output_->raised;
+  }
+
+ private:
+  std::shared_ptr<RecordingUI::Output> output_;
+};
+
+}  // namespace
 
 RecordingUI::RecordingUI() {
   SetUI(this);
+  SetScriptWindows(this);
 }
 
 RecordingUI::~RecordingUI() {
+  SetScriptWindows(nullptr);
   SetUI(nullptr);
 }
 
@@ -21,8 +48,64 @@ void RecordingUI::ProcessEvents() {
   if (onPump) onPump(pumps);
 }
 
+void RecordingUI::WaitForEvents() {
+  ++waits;
+  if (!pauseUp_) return;
+  pauseUp_ = false;
+  PauseAnswer next = PauseAnswer::Continue;
+  if (!pauseAnswers.empty()) {
+    next = pauseAnswers.front();
+    pauseAnswers.pop_front();
+  }
+  if (next == PauseAnswer::Cancel) runFlags.BreakRequested = true;
+  runFlags.Paused = false;
+  runFlags.PauseEnded = true;
+}
+
 void RecordingUI::SetBusy(bool busy) {
   busyChanges.push_back(busy);
+}
+
+void RecordingUI::GetNumber(const std::string& prompt, const std::string& defaultText) {
+  shown.push_back("get: " + prompt + " [" + defaultText + "]");
+  std::optional<std::string> typed = defaultText;
+  if (!getAnswers.empty()) {
+    typed = getAnswers.front();
+    getAnswers.pop_front();
+  }
+  if (typed) runFlags.InputValue = EnteredNumber(*typed);
+}
+
+void RecordingUI::PickItem(const std::string& prompt, const std::vector<std::string>& items,
+                           int16_t selected) {
+  std::string listed;
+  for (size_t i = 0; i < items.size(); ++i)
+    listed += (i ? "|" : "") + items[i];
+  shown.push_back("pick: " + prompt + " [" + listed + "] " + std::to_string(selected));
+  int chosen = selected;
+  if (!pickAnswers.empty()) {
+    chosen = pickAnswers.front();
+    pickAnswers.pop_front();
+  }
+  if (chosen >= 0) runFlags.PickIndex = static_cast<int16_t>(chosen);
+}
+
+void RecordingUI::ShowPause() {
+  shown.push_back("pause");
+  pauseUp_ = true;
+}
+
+std::unique_ptr<OutputWindow> RecordingUI::OpenOutputWindow(const std::string& name,
+                                                            const std::string& caption) {
+  auto output = std::make_shared<Output>();
+  output->name = name;
+  output->caption = caption;
+  outputs.push_back(output);
+  return std::make_unique<RecordedWindow>(output);
+}
+
+void RecordingUI::Display(const std::string& result, const std::string& log) {
+  shown.push_back("display: " + result + " | " + log);
 }
 
 std::vector<std::string> RecordingUI::Texts() const {
@@ -30,6 +113,12 @@ std::vector<std::string> RecordingUI::Texts() const {
   for (const auto& m : messages)
     texts.push_back(m.text);
   return texts;
+}
+
+RecordingUI::Output* RecordingUI::OutputNamed(const std::string& name) const {
+  for (auto it = outputs.rbegin(); it != outputs.rend(); ++it)
+    if ((*it)->name == name) return it->get();
+  return nullptr;
 }
 
 }  // namespace gandrel::testing

@@ -1,0 +1,56 @@
+#include "script/ScriptFiles.h"
+
+#include <cstdio>
+
+namespace gandrel {
+
+namespace {
+
+// A file through stdio: buffered, binary, so that bytes pass unchanged.
+class RealFile final : public ScriptFile {
+ public:
+  explicit RealFile(std::FILE* file) : file_(file) {}
+  ~RealFile() override { Close(); }
+  RealFile(const RealFile&) = delete;
+  RealFile& operator=(const RealFile&) = delete;
+
+  bool Write(std::string_view text) override {
+    if (!file_) return false;
+    return std::fwrite(text.data(), 1, text.size(), file_) == text.size();
+  }
+  bool Close() override {
+    if (!file_) return true;
+    bool written = std::ferror(file_) == 0;
+    written = std::fclose(file_) == 0 && written;
+    file_ = nullptr;
+    return written;
+  }
+
+ private:
+  std::FILE* file_;
+};
+
+class RealFiles final : public ScriptFileLayer {
+ public:
+  std::unique_ptr<ScriptFile> Open(const std::string& path, bool overwrite) override {
+    if (path.empty()) return nullptr;
+    std::FILE* file = std::fopen(path.c_str(), overwrite ? "wb" : "ab");
+    if (!file) return nullptr;
+    return std::make_unique<RealFile>(file);
+  }
+};
+
+RealFiles realFiles;
+ScriptFileLayer* current = &realFiles;
+
+}  // namespace
+
+ScriptFileLayer& ScriptFiles() {
+  return *current;
+}
+
+void SetScriptFiles(ScriptFileLayer* layer) {
+  current = layer ? layer : &realFiles;
+}
+
+}  // namespace gandrel

@@ -1,0 +1,218 @@
+// The executor beyond what the script cases show: failure reports, lines
+// that the tokenizer never makes, the run flags around a run, real files.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "ScriptRunning.h"
+#include "calc/EngineSettings.h"
+#include "calc/Pump.h"
+#include "calc/RunFlags.h"
+#include "dice/Random.h"
+#include "script/ScriptKeywords.h"
+#include "script/modScript.h"
+#include "support/EngineFixture.h"
+#include "support/MemoryFiles.h"
+
+namespace gandrel::testing {
+namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+std::string T(ScriptCode code, const std::string& operand = "") {
+  return std::string(1, static_cast<char>(code)) + operand;
+}
+
+class RunScriptTest : public EngineTest {
+ protected:
+  ScriptOutcome RunLines(const Lines& lines) {
+    ScriptOutcome outcome;
+    RunScript(lines, outcome.result, outcome.log);
+    return outcome;
+  }
+  MemoryFiles files;
+};
+
+const std::string kOpenFileError = "Error trying to open file.\r\nCheck your Open File line";
+
+TEST_F(RunScriptTest, FailuresStopTheRunWithTheirReport) {
+  struct Case {
+    std::string script, result, log;
+  } cases[] = {
+      // clang-format off
+      {"result = 1\npicklist heroes",             "<script error>", ""},
+      {"var v\npicklist nolist, v",               "<script error>", ""},
+      {"list name l\npicklist l, nov, Pick",      "<script error>", ""},
+      {"open file out",                           "<script error>", kOpenFileError},
+      {"open file , x.txt",                       "<script error>", kOpenFileError},
+      {"open file out, , over",                   "<script error>", kOpenFileError},
+      {"var i\nfor i 1 to 3",                     "",
+       "Error: Invalid procedure call or argument\r\nscript processing on line 2"},
+      {"result = 2\ndefine dx = 1 to 1E10",       "2",
+       "Error: Overflow\r\nscript processing on line 2"},
+      {"x = @best 3, 4d6",                        "<script error>",
+       "Error: @ found without ( in line:\r\nx = @best 3, 4d6"},
+      // clang-format on
+  };
+  for (const Case& c : cases) {
+    ScriptOutcome outcome = RunScriptText(c.script);
+    EXPECT_EQ(outcome.result, c.result) << c.script;
+    EXPECT_EQ(outcome.log, c.log) << c.script;
+  }
+  EXPECT_EQ(files.opens, 0);
+}
+
+TEST_F(RunScriptTest, LinesTheTokenizerNeverMakes) {
+  struct Case {
+    Lines lines;
+    std::string result, log;
+  } cases[] = {
+      // clang-format off
+      {{"", "", T(ScriptCode::Other, "result = 3")},                 "3", ""},  // an empty line
+      {{"", "\x7Fresult=4"},                                       "4", ""},  // no code: as 0
+      {{"", "result=5"},                                            "",  ""},  // "r" is the code
+      {{"", "x=1", T(ScriptCode::Other, "result = 5")},             "5", ""},
+      {{"", T(ScriptCode::Goto, "-5")},                             "",
+       "Error: Subscript out of range\r\nscript processing on line -4"},
+      {{"", T(ScriptCode::Goto, "99999999999")},                    "",
+       "Error: Overflow\r\nscript processing on line 1"},
+      {{"", T(ScriptCode::Goto, "2"), T(ScriptCode::Other, "result = 1")}, "", ""},
+      {{"", T(ScriptCode::If, "0"), T(ScriptCode::Other, "result = 1")},   "", ""},
+      {{"", T(ScriptCode::Var, ""), T(ScriptCode::Other, "result = 6")},   "6", ""},
+      {{"", T(ScriptCode::OpenWindow, ""), T(ScriptCode::Print, ", x")},   "", ""},
+      // clang-format on
+  };
+  engineSettings.LongResults = false;
+  for (const Case& c : cases) {
+    ScriptOutcome outcome = RunLines(c.lines);
+    EXPECT_EQ(outcome.result, c.result) << c.lines[1];
+    EXPECT_EQ(outcome.log, c.log) << c.lines[1];
+  }
+  EXPECT_TRUE(ui.outputs.empty());  // an empty window name opens nothing
+}
+
+TEST_F(RunScriptTest, OneLineScriptOfTheRollRequest) {
+  ScriptRandom({FaceToRnd(6, 6), FaceToRnd(2, 6), FaceToRnd(5, 6), FaceToRnd(1, 6)});
+  ScriptOutcome outcome = RunLines({"", std::string(1, '\0') + "result=@best(3,4d6)"});
+  EXPECT_EQ(outcome.result, "13");
+  EXPECT_EQ(outcome.log, "4d6= +6+2+5+1= 14\r\nBest(3,+6+2+5+1)=(+6+5+2)\r\n");
+}
+
+TEST_F(RunScriptTest, RunFlagsAroundARun) {
+  runFlags.LogOn = false;
+  runFlags.BreakRequested = runFlags.BreakForced = true;  // left from before: forgotten
+  Lines lines = ScriptLinesOf("breakoff\nlogon\nselect 1\nresult = 2\npause");
+  std::string error;
+  TokenizeScript(lines, error);
+  std::vector<bool> running;
+  SetPumpEveryCall(true);
+  ui.onPump = [&](long) { running.push_back(runFlags.ScriptRunning); };
+  EXPECT_EQ(RunLines(lines).result, "2");
+  EXPECT_FALSE(running.empty());
+  EXPECT_EQ(std::count(running.begin(), running.end(), false), 0);
+  EXPECT_FALSE(runFlags.ScriptRunning);
+  EXPECT_TRUE(runFlags.BreakEnabled);
+  EXPECT_FALSE(runFlags.LogOn);
+  EXPECT_FALSE(runFlags.Paused);
+  EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));
+  EXPECT_EQ(ui.waits, 1);  // the pause waited once, and was answered
+}
+
+TEST_F(RunScriptTest, RunsItsOwnCopyOfTheLines) {
+  Lines lines = {"", T(ScriptCode::Other, "x = 1"), T(ScriptCode::Other, "result = 2")};
+  SetPumpEveryCall(true);
+  ui.onPump = [&](long) { lines.assign(1, ""); };
+  std::string result, log;
+  RunScript(lines, result, log);
+  EXPECT_EQ(result, "2");
+}
+
+// "hh:mm:ss" CR LF, as many times as the text holds.
+bool ClockLines(const std::string& text) {
+  const std::string shape = "00:00:00\r\n";
+  if (text.empty() || text.size() % shape.size() != 0) return false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    char want = shape[i % shape.size()];
+    if (want == '0' ? !IsDigit(text[i]) : text[i] != want) return false;
+  }
+  return true;
+}
+
+TEST_F(RunScriptTest, TimeWritesTheClock) {
+  ScriptOutcome outcome = RunScriptText("time\ntime");
+  EXPECT_EQ(outcome.log.size(), 20u);
+  EXPECT_TRUE(ClockLines(outcome.log)) << outcome.log;
+}
+
+TEST_F(RunScriptTest, OpeningAnOpenWindowRaisesIt) {
+  RunScriptText("open window w\nopen window W\nprint w, 1");
+  ASSERT_EQ(ui.outputs.size(), 1u);
+  EXPECT_EQ(ui.outputs[0]->raised, 1);
+  EXPECT_EQ(ui.outputs[0]->text, "1");
+}
+
+TEST_F(RunScriptTest, FileErrorsAreReportedNotThrown) {
+  files.failWrites = true;
+  ScriptOutcome outcome = RunScriptText("open file f, x.txt\nresult = 1\nprint f, 2");
+  EXPECT_EQ(outcome.result, "1");
+  EXPECT_EQ(outcome.log, "Error: Device I/O error\r\nscript processing on line 3");
+}
+
+// Real files, in a folder of their own that is the current directory.
+class RealFilesTest : public EngineTest {
+ protected:
+  void SetUp() override {
+    EngineTest::SetUp();
+    start = fs::current_path();
+    folder = fs::temp_directory_path() / "gandrel-script-XXXXXX";
+    std::string name = folder.string();
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
+    folder = name;
+    fs::create_directory(folder / "Sub");
+    fs::current_path(folder);
+  }
+  void TearDown() override {
+    fs::current_path(start);
+    fs::remove_all(folder);
+    EngineTest::TearDown();
+  }
+  std::string Read(const fs::path& path) {
+    std::stringstream text;
+    text << std::ifstream(folder / path, std::ios::binary).rdbuf();
+    return text.str();
+  }
+  fs::path start, folder;
+};
+
+TEST_F(RealFilesTest, AppendOverwriteAndFailures) {
+  std::ofstream(folder / "Sub" / "Log.TXT", std::ios::binary) << "old\r\n";
+  ScriptOutcome outcome = RunScriptText(
+      "open file a, Sub\\Log.TXT\n"
+      "printnl a, 1 + 1\n"
+      "print a, \"x\"\n"
+      "open file b, new.txt, Overwrite\n"
+      "print b, \"b\"\n"
+      "close file b\n"
+      "open file b, new.txt, over\n"
+      "printnl b, \"c\"\n"
+      "result = 1");
+  EXPECT_EQ(outcome.result, "1");
+  EXPECT_EQ(Read("Sub/Log.TXT"), "old\r\n2\r\nx");
+  EXPECT_EQ(Read("new.txt"), "c\r\n");
+  EXPECT_FALSE(fs::exists(folder / "sub" / "log.txt"));  // the path keeps its case
+  for (const char* path : {"Sub", "missing/x.txt"}) {
+    outcome = RunScriptText(std::string("open file a, ") + path);
+    EXPECT_EQ(outcome.result, "<script error>") << path;
+    EXPECT_EQ(outcome.log, kOpenFileError) << path;
+  }
+}
+
+}  // namespace
+}  // namespace gandrel::testing

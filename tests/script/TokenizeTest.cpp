@@ -1,0 +1,162 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "ScriptRunning.h"
+#include "calc/Pump.h"
+#include "script/ScriptKeywords.h"
+#include "script/modScript.h"
+#include "support/EngineFixture.h"
+
+namespace gandrel::testing {
+namespace {
+
+using Lines = std::vector<std::string>;
+using C = ScriptCode;
+
+// A tokenized line: the code byte and the operand.
+std::string T(ScriptCode code, const std::string& operand = "") {
+  return std::string(1, static_cast<char>(code)) + operand;
+}
+
+using TokenizeTest = EngineTest;
+
+TEST_F(TokenizeTest, KeywordForms) {
+  struct Case {
+    std::string raw, tokenized;
+  } cases[] = {
+      // clang-format off
+      // Comments, blanks and TABs.
+      {"x = 1 ; set x",          T(C::Other, "x = 1")},
+      {"; comment",              T(C::Nothing)},
+      {"   ",                    T(C::Nothing)},
+      {"print \"a;b\"",          T(C::Print, "\"a")},  // quotes do not protect ";"
+      {"\tprint\thello\t",       T(C::Print, "hello")},
+      // Keywords are whole words, in any case; misspelt ones are code 0.
+      {"IF x = 1",               T(C::If, "x = 1")},
+      {"iffy = 2",               T(C::Other, "iffy = 2")},
+      {"x=5",                    T(C::Other, "x=5")},
+      {"dis",                    T(C::Other, "dis")},
+      {"log on",                 T(C::Other, "log on")},
+      {"next i",                 T(C::Other, "next i")},
+      {"print",                  T(C::Other, "print")},
+      {"for i = 1 to 3",         T(C::For, "i = 1 to 3")},
+      {"get hp, Hit points?",    T(C::Get, "hp, Hit points?")},
+      {"var Total",              T(C::Var, "Total")},
+      {"goto Top",               T(C::Goto, "Top")},
+      {"define fate = 1 to -1",  T(C::Define, "fate = 1 to -1")},
+      {"echo x = 5",             T(C::Echo, "x = 5")},
+      {"printnl w, 3d6",         T(C::PrintNl, "w, 3d6")},
+      // One-word commands.
+      {"NEXT",                   T(C::Next)},
+      {"EndIf",                  T(C::EndIf)},
+      {"end",                    T(C::End)},
+      {"display",                T(C::Display)},
+      {"breakoff",               T(C::BreakOff)},
+      {"time",                   T(C::Time)},
+      {"pause",                  T(C::Pause)},
+      {"listbegin",              T(C::ListBegin)},
+      // Labels: one word after ":".
+      {":Top",                   T(C::Nothing)},
+      {": start",                T(C::Other, ": start")},
+      // DIE and ITEM with and without "=".
+      {"die 2d6",                T(C::Nothing)},
+      {"die = d8",               T(C::Die, "d8")},
+      {"die= d8",                T(C::Die, "d8")},
+      {"DIE=D8",                 T(C::Die, "D8")},
+      {"die=",                   T(C::Other, "die=")},
+      {"item = sword",           T(C::Item, "sword")},
+      {"item=sword",             T(C::Item, "sword")},
+      {"item sword",             T(C::Item, "sword")},
+      {"item a = b",             T(C::Item, "b")},
+      // END and CLEAR: a rest they do not know stands alone, without a code.
+      {"end if",                 T(C::EndIf)},
+      {"End   Select",           T(C::EndSelect)},
+      {"end loop",               "loop"},
+      {"clear log",              T(C::ClearLog)},
+      {"clear logs",             "logs"},
+      {"clear window w",         T(C::ClearWindow, "w")},
+      {"clear x=5",              "x=5"},
+      {"clear \"hi",             "\"hi"},
+      // Sub-keywords compare the leading characters of the rest.
+      {"select case 1d6",        T(C::Select, "1d6")},
+      {"select 1d6",             T(C::Select, "1d6")},
+      {"case is > 3",            T(C::CaseIs, "> 3")},
+      {"caseis > 3",             T(C::CaseIs, "> 3")},
+      {"case island",            T(C::CaseIs, "land")},
+      {"case 1, 3 to 5",         T(C::Case, "1, 3 to 5")},
+      {"case else",              T(C::Case, "else")},
+      {"exit for",               T(C::ExitFor)},
+      {"exit selection",         T(C::ExitSelect)},
+      {"exit loop",              T(C::Other, "loop")},
+      {"list name Weapons",      T(C::ListName, "Weapons")},
+      {"list Weapons",           T(C::ListName, "Weapons")},
+      {"list beginners",         T(C::ListBegin, "ners")},
+      {"list endgame",           T(C::ListEnd)},
+      {"pick list heroes, who",  T(C::PickList, "heroes, who")},
+      {"pick x",                 T(C::Other, "x")},
+      // OPEN and CLOSE: the second word decides.
+      {"open window my win",     T(C::OpenWindow, "my win")},
+      {"OPEN File f, x.txt",     T(C::OpenFile, "f, x.txt")},
+      {"open window",            T(C::Other, "open window")},
+      {"open door now",          "now"},
+      {"close window w",         T(C::CloseWindow, "w")},
+      {"close file f",           T(C::CloseFile, "f")},
+      {"Close w",                T(C::Other, "close w")},
+      // clang-format on
+  };
+  for (const Case& c : cases) {
+    TokenizedLine line = TokenizeLine(c.raw, false);
+    EXPECT_EQ(line.text, c.tokenized) << c.raw;
+    EXPECT_EQ(line.isLabel, c.raw == ":Top") << c.raw;
+  }
+  EXPECT_EQ(TokenizeLine(":Top", false).label, "top");
+  // The script's last line, empty (or only a comment), is END.
+  EXPECT_EQ(TokenizeLine("", true).text, T(C::End));
+  EXPECT_EQ(TokenizeLine(" ; done", true).text, T(C::End));
+}
+
+TEST_F(TokenizeTest, CodesReadAsUnsignedBytes) {
+  EXPECT_EQ(CodeOf(std::string(1, '\0')), C::Other);
+  EXPECT_EQ(CodeOf(std::string("\x25 w")), C::ClearWindow);  // "%"
+  EXPECT_EQ(CodeOf(std::string("\"hi")), C::Print);
+  EXPECT_EQ(CodeOf(std::string("loop")), C::Other);  // no command code
+  EXPECT_EQ(CodeOf(std::string("\xFE")), C::Other);
+  EXPECT_EQ(CodeOf(std::string("\xFF")), C::Nothing);
+  EXPECT_EQ(CodeOf(std::string()), C::Nothing);
+}
+
+TEST_F(TokenizeTest, GotoTargetsBecomeLineNumbers) {
+  Lines lines = ScriptLinesOf(
+      "goto END\n"
+      ":top\n"
+      "x = 1\n"
+      ":end\n"
+      ":TOP\n"
+      "goto top\n");
+  std::string error;
+  SetPumpEveryCall(true);
+  TokenizeScript(lines, error);
+  EXPECT_EQ(error, "");
+  EXPECT_EQ(lines, (Lines{"", T(C::Goto, "4"), T(C::Nothing), T(C::Other, "x = 1"), T(C::Nothing),
+                          T(C::Nothing), T(C::Goto, "2"), T(C::End)}));
+  EXPECT_EQ(ui.pumps, 7);  // once per line
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(TokenizeTest, MissingLabelStopsWithAMessage) {
+  Lines lines = ScriptLinesOf("x = 1\ngoto nowhere\ngoto also\n:top");
+  EXPECT_EQ(CheckGotoTargets(lines).line, 2);
+  EXPECT_EQ(CheckGotoTargets(lines).message, "Label for GOTO not found at line 2");
+  EXPECT_TRUE(ui.messages.empty());  // the check shows nothing
+  std::string error;
+  TokenizeScript(lines, error);
+  EXPECT_EQ(error, "<error>");
+  EXPECT_EQ(ui.Texts(), Lines{"Label for GOTO not found at line 2"});
+  EXPECT_EQ(lines[3], T(C::Goto, "also"));  // the lines after it stay as pass 1 left them
+  EXPECT_EQ(CheckGotoTargets(ScriptLinesOf("goto a\n:A")).line, 0);
+}
+
+}  // namespace
+}  // namespace gandrel::testing
