@@ -68,7 +68,7 @@ TEST_F(WindowTest, MarkerTextsShowAsPlainText) {
   EXPECT_EQ(w.lblScript->textFormat(), Qt::PlainText);
   TypeAndEnter("=@foo(<b>)");
   EXPECT_EQ(Text(w.lblResult), "<script error>");
-  EXPECT_EQ(Text(w.txtEachResult), "Error: function not found in line:\n@foo(<b>)");
+  EXPECT_EQ(Text(w.txtEachResult), "Error: function not found in line:\nresult=@foo(<b>)");
 }
 
 // Qt's combo box takes Enter, and the focus leaving it, for the pick of an
