@@ -144,6 +144,75 @@ TEST_F(CliRunTest, MessagesAndInterrupts) {
   EXPECT_EQ(o.status, 1);
 }
 
+// A script with each kind of prompt and two output windows. Its answers come
+// from standard input, after the die values when those come from there too.
+const char* const kFightScript =
+    "var hp\r\nvar choice\r\nhp = 7\r\nget hp, Hit points?\r\n"
+    "list name weapons\r\nlistbegin weapons\r\nitem \"sword\"\r\nitem \"dagger\"\r\n"
+    "item \"long bow\"\r\nlistend\r\nchoice = 2\r\npicklist weapons, choice, Your weapon?\r\n"
+    "open window log\r\nopen window dice\r\nprint log, \"Hit points: \" hp\r\n"
+    "printnl log, \", weapon \" choice\r\nprintnl dice, 2d1+1\r\nresult = hp * 10 + choice\r\n"
+    "display\r\npause\r\nprint log, \"after pause\"\r\n";
+
+TEST_F(CliRunTest, ScriptPromptsReadTheInputAndWindowsGoToTheOutput) {
+  std::string script = (config / "fight.die").string();
+  std::ofstream(script, std::ios::binary) << kFightScript;
+  const std::string listing =
+      "Your weapon?\n  1. sword\n  2. dagger\n  3. long bow\n  0. Cancel\nChoice [2]: ";
+  // The arguments, the standard input, the output and the standard error.
+  const std::tuple<Args, std::string, std::string, std::string> cases[] = {
+      {{script},
+       "12\n3\n",
+       "Hit points: 12, weapon 3\n3\n123\nafter pause\n123\n",
+       "Hit points? [7]: 12\n" + listing + "3\n"},
+      {{script},
+       "",
+       "Hit points: 7, weapon 2\n3\n72\nafter pause\n72\n",
+       "Hit points? [7]: \n" + listing + "\n"},
+      {{"-q", script}, "5\nx\n", "50\n50\n", "Hit points? [7]: 5\n" + listing + "x\n"},
+      {{"--json", script},
+       "\n0\n",
+       "{\"dieValue\":" + JsonString(script) +
+           R"(,"result":"70","details":"","clipboard":" rolls 70 on )" + script +
+           R"(","windows":{"log":"Hit points: 7, weapon 0\r\nafter pause","dice":"3\r\n"}})"
+           "\n",
+       "Hit points? [7]: \n" + listing + "0\n"},
+      {{"-q"}, script + "\n9\n1\n2d1\n", "91\n91\n2\n", "Hit points? [7]: 9\n" + listing + "1\n"},
+  };
+  for (const auto& [args, input, out, err] : cases) {
+    SCOPED_TRACE(input);
+    Outcome o = Run(args, input);
+    EXPECT_EQ(o.out, out);
+    EXPECT_EQ(o.err, err);
+    EXPECT_EQ(o.status, 0);
+  }
+}
+
+// A script file runs the same whatever its line ends, with or without a
+// byte-order mark; the windows report the text they held last, a name opened
+// again after CLOSE WINDOW the later window's.
+TEST_F(CliRunTest, ScriptFilesWithAnyLineEnds) {
+  std::string script = (config / "windows.die").string();
+  const char* const lines[] = {"open window a", "print a, \"one\"",     "close window a",
+                               "open window a", "print a, \"two\"",     "clear window b",
+                               "open window b", "printnl b, \"three\"", "result = 4"};
+  for (std::string prefix : {"", "\xEF\xBB\xBF"}) {
+    for (std::string end : {"\r\n", "\n"}) {
+      std::ofstream file(script, std::ios::binary);
+      file << prefix;
+      for (const char* line : lines)
+        file << line << end;
+      file.close();
+      Outcome o = Run({"--json", script});
+      EXPECT_EQ(o.out, "{\"dieValue\":" + JsonString(script) +
+                           R"(,"result":"4","details":"","clipboard":" rolls 4 on )" + script +
+                           R"(","windows":{"a":"two","b":"three\r\n"}})"
+                           "\n");
+      EXPECT_EQ(Run({script}).out, "onetwothree\n4\n");
+    }
+  }
+}
+
 // A script file that cannot be read is reported and gives an empty result;
 // the rolls after it go on.
 TEST_F(CliRunTest, AScriptFileThatCannotBeRead) {
