@@ -443,29 +443,114 @@ TEST_F(WindowTest, WhileAScriptRunsTheMainWindowStartsNothing) {
   EXPECT_TRUE(ui.messages.empty());
 }
 
-// Closing the main window during a run breaks it even under BREAKOFF, closes
-// the windows it waits for and the output windows, then saves and closes.
-TEST_F(WindowTest, ClosingTheMainWindowEndsARunThatSwitchedBreakingOff) {
-  frmMain& w = StartWindow();
-  w.comboDieValue->setEditText("200000d6");
-  std::unique_ptr<OutputWindow> output;
-  SetPumpEveryCall(true);
-  QTimer::singleShot(0, [&] {
-    runFlags.ScriptRunning = true;
-    runFlags.BreakEnabled = false;
-    output = scriptWindows.OpenOutputWindow("w", "Output Window 1: w");
-    runFlags.Paused = true;
-    scriptWindows.ShowPause();
-    w.close();
-    EXPECT_TRUE(w.isVisible());
-    EXPECT_TRUE(runFlags.BreakForced);
-    EXPECT_FALSE(runFlags.Paused);
-    EXPECT_TRUE(Shown<frmOutput>().empty());
-    EXPECT_TRUE(Shown<frmPause>().empty());
-    EXPECT_FALSE(FileExists("gandrel.ini"));
+// ---- Scripts run in the window ----------------------------------------------
+
+// Runs act, once, as soon as ready() holds while the roll pumps events.
+void Once(std::function<bool()> ready, std::function<void()> act) {
+  auto* poll = new QTimer;
+  poll->setInterval(2);
+  QObject::connect(poll, &QTimer::timeout, [=] {
+    if (!ready()) return;
+    poll->stop();
+    poll->deleteLater();
+    act();
   });
-  w.btnRoll->click();
-  runFlags.ScriptRunning = false;
+  poll->start();
+}
+
+// Rolls the editor's script as the user does.
+void RollScript(frmMain& w, const char* script) {
+  w.txtScript->setPlainText(script);
+  w.comboDieValue->setEditText("<current script>");
+  QTest::mouseClick(w.btnRoll, Qt::LeftButton);
+}
+
+TEST_F(WindowTest, AScriptAsksInItsWindowsAndPrintsToTwo) {
+  frmMain& w = StartWindow();
+  int answered = 0;
+  // Each dialog as it comes up: 15 typed into the prompt, the third item
+  // picked, the pause continued.
+  QTimer answer;
+  answer.setInterval(2);
+  QObject::connect(&answer, &QTimer::timeout, [&] {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (auto* get = qobject_cast<frmGet*>(modal)) {
+      EXPECT_EQ(get->lblPrompt->text(), "Hit points?");
+      EXPECT_EQ(get->txtGet->text(), "4");
+      QTest::keyClicks(get->txtGet, "15");
+      QTest::keyClick(get->txtGet, Qt::Key_Return);
+      ++answered;
+    } else if (auto* pick = qobject_cast<frmPick*>(modal)) {
+      EXPECT_EQ(pick->lstItems->currentRow(), 0);
+      pick->lstItems->setCurrentRow(2);
+      pick->cmdOkay->click();
+      ++answered;
+    } else if (std::vector<frmPause*> pause = Shown<frmPause>(); !pause.empty()) {
+      EXPECT_EQ(Shown<frmOutput>().size(), 2u);
+      pause.front()->Command1->click();
+      ++answered;
+    }
+  });
+  answer.start();
+  RollScript(w,
+             "var hp\nvar pick\nhp = 4\nget hp, Hit points?\n"
+             "list name gear\nlistbegin gear\nitem \"rope\"\nitem \"lamp\"\nitem \"map\"\nlistend\n"
+             "picklist gear, pick\nopen window one\nopen window two\n"
+             "printnl one, \"points: \" hp\npause\nprintnl two, \"item: \" pick\n"
+             "result = hp * 10 + pick\n");
+  answer.stop();
+  EXPECT_EQ(answered, 3);
+  EXPECT_EQ(w.lblResult->text(), "153");
+  // The first window closes with the run; the second stays.
+  Settle();
+  std::vector<frmOutput*> left = Shown<frmOutput>();
+  ASSERT_EQ(left.size(), 1u);
+  EXPECT_EQ(left.front()->windowTitle(), "Output Window 2: two");
+  EXPECT_EQ(left.front()->Text(), "item: 3\n");
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+// Escape stops a running loop; under BREAKOFF a second Escape asks first.
+TEST_F(WindowTest, EscapeStopsAScriptAndUnderBreakOffAsks) {
+  struct Case {
+    bool breakOff;
+    MsgAnswer answer;
+    const char* result;
+  } cases[] = {{false, MsgAnswer::Yes, "<break>"},
+               {true, MsgAnswer::Yes, "<break>"},
+               {true, MsgAnswer::No, "1000000"}};
+  frmMain& w = StartWindow();
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.result);
+    ui.messages.clear();
+    ui.answer = c.answer;
+    Once([] { return runFlags.ScriptRunning; },
+         [&] {
+           QTest::keyClick(w.comboDieValue->lineEdit(), Qt::Key_Escape);
+           if (c.breakOff) QTest::keyClick(w.comboDieValue->lineEdit(), Qt::Key_Escape);
+         });
+    std::string script = std::string(c.breakOff ? "breakoff\n" : "") +
+                         "var kk\nvar total\nfor kk = 1 to 1000000\ntotal = total + 1\nnext\n"
+                         "result = total\n";
+    RollScript(w, script.c_str());
+    EXPECT_EQ(w.lblResult->text(), c.result);
+    EXPECT_EQ(ui.messages.size(), c.breakOff ? 1u : 0u);
+  }
+}
+
+// Closing the main window during a run ends it even under BREAKOFF, closes
+// its windows (the pause it waits for included), then saves and closes.
+TEST_F(WindowTest, ClosingTheMainWindowDuringAPausedScript) {
+  frmMain& w = StartWindow();
+  Once([] { return !Shown<frmPause>().empty(); },
+       [&] {
+         EXPECT_EQ(Shown<frmOutput>().size(), 2u);
+         w.close();
+         EXPECT_TRUE(w.isVisible());
+         EXPECT_TRUE(Shown<frmPause>().empty());
+         EXPECT_TRUE(Shown<frmOutput>().empty());
+       });
+  RollScript(w, "breakoff\nopen window a\nopen window b\npause\nresult = 1\n");
   EXPECT_EQ(w.lblResult->text(), "<break>");
   EXPECT_FALSE(w.isVisible());
   EXPECT_TRUE(FileExists("gandrel.ini"));
