@@ -68,7 +68,12 @@ void QtScriptWindows::Attach(frmMain* main) {
   main_ = main;
 }
 
+// A run the user insists on stopping (the main window is closing, or Yes to
+// stopping a script that switched breaking off) stops at its next line: it
+// asks nothing more, as if each prompt were closed at once.
+
 void QtScriptWindows::GetNumber(const std::string& prompt, const std::string& defaultText) {
+  if (runFlags.BreakForced) return;
   QPointer<frmGet> dialog = new frmGet(main_);
   dialog->Prepare(prompt, defaultText);
   RunModal(dialog);
@@ -76,12 +81,18 @@ void QtScriptWindows::GetNumber(const std::string& prompt, const std::string& de
 
 void QtScriptWindows::PickItem(const std::string& prompt, const std::vector<std::string>& items,
                                int16_t selected) {
+  if (runFlags.BreakForced) return;
   QPointer<frmPick> dialog = new frmPick(main_);
   dialog->Prepare(prompt, items, selected);
   RunModal(dialog);
 }
 
 void QtScriptWindows::ShowPause() {
+  if (runFlags.BreakForced) {
+    runFlags.Paused = false;
+    runFlags.PauseEnded = true;
+    return;
+  }
   auto* pause = new frmPause(main_);
   pause->show();
   pause->raise();

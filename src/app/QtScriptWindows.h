@@ -6,7 +6,9 @@
 // output windows are not: the pause window ends the pause itself, and an
 // output window lives until the script or the user closes it (a window the
 // user closed is ignored from then on). The dialogs belong to the main
-// window once one is attached, so that closing it closes them too.
+// window once one is attached, so that closing it closes them too. Once the
+// user insists on stopping the run (runFlags.BreakForced) no prompt shows:
+// each is as if closed at once.
 #pragma once
 
 #include <QPointer>

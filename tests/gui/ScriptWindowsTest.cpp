@@ -238,6 +238,33 @@ TEST_F(WindowTest, EveryWayThePauseEndsClearsPaused) {
   }
 }
 
+// A run the user insists on stopping asks nothing more.
+TEST_F(WindowTest, NoPromptOnceTheUserInsistsOnStopping) {
+  StartWindow();
+  runFlags.BreakForced = true;
+  runFlags.InputValue = 7;
+  runFlags.PickIndex = 9;
+  runFlags.Paused = true;
+  // Should a prompt come up after all, it is closed and the test fails.
+  QTimer guard;
+  guard.setInterval(200);
+  QObject::connect(&guard, &QTimer::timeout, [] {
+    if (QWidget* modal = QApplication::activeModalWidget()) {
+      ADD_FAILURE() << modal->windowTitle().toStdString() << " came up";
+      modal->close();
+    }
+  });
+  guard.start();
+  scriptWindows.GetNumber("Hit points?", "15");
+  scriptWindows.PickItem("", {"a", "b"}, 2);
+  scriptWindows.ShowPause();
+  EXPECT_EQ(runFlags.InputValue, 7);
+  EXPECT_EQ(runFlags.PickIndex, 9);
+  EXPECT_FALSE(runFlags.Paused);
+  EXPECT_TRUE(runFlags.PauseEnded);
+  EXPECT_TRUE(Shown<frmPause>().empty());
+}
+
 // ---- frmOutput -------------------------------------------------------------
 
 TEST_F(WindowTest, OutputWindowsAppendClearAndOutliveTheirHandle) {
