@@ -7,8 +7,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -168,29 +166,8 @@ TEST_F(TerminalWindowsTest, OutputWindowsEchoAsPrintedAndKeepTheirLastText) {
   EXPECT_EQ(terminal.Out(), "Round 14\n: 14\n\nend\n17\nkept\n");
   EXPECT_EQ(w.WindowsOfRoll(), (TerminalWindows::WindowTexts{{"log", "kept"}, {"dice", ""}}));
 
-  // A name opened again after it was closed is the later window.
-  auto later = w.OpenOutputWindow("log", "Output Window 1: log");
-  later->Print("again\r\n");
-  EXPECT_EQ(w.WindowsOfRoll(), (TerminalWindows::WindowTexts{{"log", "again\r\n"}, {"dice", ""}}));
   w.StartRoll();
   EXPECT_TRUE(w.WindowsOfRoll().empty());
-}
-
-TEST_F(TerminalWindowsTest, QuietAndJsonEchoLess) {
-  // Echo window text, echo DISPLAY, what standard output gets.
-  const std::tuple<bool, bool, std::string> cases[] = {
-      {false, true, "17\n"},  // -q
-      {false, false, ""},     // --json
-  };
-  for (const auto& [echoWindows, echoDisplay, out] : cases) {
-    Terminal terminal("", false, echoWindows, echoDisplay);
-    auto window = terminal.windows->OpenOutputWindow("w", "Output Window 1: w");
-    window->Print("text");
-    terminal.windows->Display("17", "");
-    terminal.windows->FinishLine();
-    EXPECT_EQ(terminal.Out(), out);
-    EXPECT_EQ(terminal.windows->WindowsOfRoll(), (TerminalWindows::WindowTexts{{"w", "text"}}));
-  }
 }
 
 // Ctrl-C while a prompt waits: a break, and the answer stays as it was.
@@ -235,30 +212,6 @@ TEST_F(TerminalWindowsTest, CtrlCDuringAPromptIsABreak) {
   if (!gaveUp) close(fds[1]);
   std::fclose(out);
   std::free(outText);
-}
-
-// The terminal's stand-in for the script editor holds a file as the editor
-// would: lines ended by CR LF, whatever the file used, without a byte-order
-// mark.
-TEST(CliScriptFiles, LineEndsAndByteOrderMark) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"var x\r\nresult = 2\r\n", "var x\r\nresult = 2"},
-      {"var x\nresult = 2\n", "var x\r\nresult = 2"},
-      {"\xEF\xBB\xBFvar x\nresult = 2", "var x\r\nresult = 2"},
-      {"", ""},
-  };
-  std::filesystem::path file = std::filesystem::temp_directory_path() /
-                               ("gandrel-script-" + std::to_string(getpid()) + ".die");
-  for (const auto& [content, script] : cases) {
-    std::ofstream(file, std::ios::binary) << content;
-    std::string text = "before", reason;
-    EXPECT_TRUE(ReadScriptFile(file.string(), text, reason)) << reason;
-    EXPECT_EQ(text, script);
-  }
-  std::filesystem::remove(file);
-  std::string text, reason;
-  EXPECT_FALSE(ReadScriptFile(file.string(), text, reason));
-  EXPECT_EQ(reason, "No such file or directory");
 }
 
 }  // namespace
