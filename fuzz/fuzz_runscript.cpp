@@ -55,6 +55,7 @@ class NothingKept final : public OutputWindow {
   void Clear() override {}
   void Close() override {}
   void Raise() override {}
+  bool IsOpen() const override { return true; }
 };
 
 class Answering final : public ScriptWindows {

@@ -39,6 +39,7 @@ class QtOutputWindow final : public OutputWindow {
     window_->raise();
     window_->activateWindow();
   }
+  bool IsOpen() const override { return Open(); }
 
  private:
   bool Open() const { return window_ != nullptr && !window_->Closed(); }

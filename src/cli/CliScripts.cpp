@@ -58,6 +58,7 @@ class TerminalWindows::Handle final : public OutputWindow {
   }
   void Close() override { window_->closed = true; }
   void Raise() override {}
+  bool IsOpen() const override { return !window_->closed; }
 
  private:
   TerminalWindows& owner_;

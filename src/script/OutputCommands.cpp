@@ -67,14 +67,20 @@ std::string PrintedText(ScriptRun& run, std::string text) {
 void RunOpenWindow(ScriptRun& run, std::string& text) {
   std::string written = Trim(text), name = LCase(written);
   if (name.empty()) return;
-  if (WindowSlot* open = FindWindow(run, name)) return open->window->Raise();
+  WindowSlot* slot = FindWindow(run, name);
   size_t number = 0;
-  WindowSlot& slot = FreeSlot(run.windows, number);
-  slot.name = name;
+  if (slot && slot->window->IsOpen()) return slot->window->Raise();
+  if (slot) {
+    // The user closed it: a new window takes the slot it had.
+    number = static_cast<size_t>(slot - run.windows.data()) + 1;
+  } else {
+    slot = &FreeSlot(run.windows, number);
+  }
+  slot->name = name;
   std::string caption = "Output Window " + std::to_string(number) + ": " + written;
-  slot.window = Windows().OpenOutputWindow(name, caption);
-  if (slot.window) return;
-  slot.name.clear();
+  slot->window = Windows().OpenOutputWindow(name, caption);
+  if (slot->window) return;
+  slot->name.clear();
   ShrinkFreedEnd(run.windows);
 }
 

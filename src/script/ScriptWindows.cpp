@@ -14,6 +14,7 @@ class DiscardingWindow final : public OutputWindow {
   void Clear() override {}
   void Close() override {}
   void Raise() override {}
+  bool IsOpen() const override { return true; }
 };
 
 // Every prompt answered as Okay on what it offers; nothing shown.

@@ -30,6 +30,8 @@ class OutputWindow {
   virtual void Close() = 0;
   // Brings the window to the front (it is opened again by name).
   virtual void Raise() = 0;
+  // False once the window is gone (closed by the script or by the user).
+  virtual bool IsOpen() const = 0;
 };
 
 class ScriptWindows {

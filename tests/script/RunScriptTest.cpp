@@ -158,6 +158,20 @@ TEST_F(RunScriptTest, OpeningAnOpenWindowRaisesIt) {
   EXPECT_EQ(ui.outputs[0]->text, "1");
 }
 
+// A window the user closed is gone: opening its name again opens a new one
+// in the slot it had.
+TEST_F(RunScriptTest, OpeningAWindowTheUserClosedOpensItAgain) {
+  SetPumpEveryCall(true);
+  ui.onPump = [&](long) {
+    if (!ui.outputs.empty()) ui.outputs[0]->open = false;
+  };
+  RunScriptText("open window w\nprint w, 1\nopen window W\nprint w, 2");
+  ASSERT_EQ(ui.outputs.size(), 2u);
+  EXPECT_EQ(ui.outputs[0]->text, "");
+  EXPECT_EQ(ui.outputs[1]->caption, "Output Window 1: W");
+  EXPECT_EQ(ui.outputs[1]->text, "2");
+}
+
 TEST_F(RunScriptTest, FileErrorsAreReportedNotThrown) {
   files.failWrites = true;
   ScriptOutcome outcome = RunScriptText("open file f, x.txt\nresult = 1\nprint f, 2");

@@ -20,6 +20,7 @@ class RecordedWindow final : public OutputWindow {
   void Raise() override {
     if (output_->open) ++output_->raised;
   }
+  bool IsOpen() const override { return output_->open; }
 
  private:
   std::shared_ptr<RecordingUI::Output> output_;
