@@ -15,6 +15,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace gandrel {
@@ -126,8 +127,13 @@ std::string JoinScriptLines(const std::vector<std::string>& lines);
 // The name a chosen script file is known by: its bare name when it lies in
 // currentDir, else the path as it stands; trimmed.
 std::string ScriptNameFor(const std::string& path, const std::string& currentDir);
-// name with ".DIE" appended when it holds no "." at all.
-std::string WithScriptExtension(const std::string& name);
+// path with ".DIE" appended when its file name (not its folder) holds no ".".
+std::string WithScriptExtension(const std::string& path);
+// The lines of a script file's contents, as the editor takes them: a UTF-8
+// byte-order mark skipped, text that is not valid UTF-8 read as
+// Windows-1252, lines ended by CR LF, LF or CR (the editor holds no CR
+// inside a line), each line otherwise exactly as it stands.
+std::vector<std::string> ScriptFileLines(const std::string& content);
 
 // The editor's events: its text changed; it got the focus; it was clicked.
 void ScriptTextChanged();
@@ -207,6 +213,13 @@ bool ReadTextFile(const std::string& path, std::string& content, std::string& re
 // that path is never half-written; makes the folder when it is missing. On
 // failure returns false with the reason, and path is left as it was.
 bool WriteTextFileAtomic(const std::string& path, const std::string& content, std::string& reason);
+
+// True when text is well-formed UTF-8: no stray or missing continuation
+// bytes, no overlong forms, no surrogates, nothing past U+10FFFF.
+bool IsUtf8(std::string_view text);
+// text read as Windows-1252, written as UTF-8. The five bytes that code page
+// leaves undefined become the control characters of the same value.
+std::string Windows1252ToUtf8(std::string_view text);
 
 // The lines of a text, ended by CR LF, LF or CR; a leading UTF-8 byte-order
 // mark is dropped. A last line without an ending counts; an ending at the very

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -140,8 +141,18 @@ std::string ScriptNameFor(const std::string& path, const std::string& currentDir
   return name;
 }
 
-std::string WithScriptExtension(const std::string& name) {
-  return name.find('.') == std::string::npos ? name + ".DIE" : name;
+std::string WithScriptExtension(const std::string& path) {
+  size_t slash = path.rfind('/');
+  size_t nameStart = slash == std::string::npos ? 0 : slash + 1;
+  return path.find('.', nameStart) == std::string::npos ? path + ".DIE" : path;
+}
+
+std::vector<std::string> ScriptFileLines(const std::string& content) {
+  const std::string_view bom = "\xEF\xBB\xBF";
+  std::string_view text = content;
+  if (text.starts_with(bom)) text.remove_prefix(bom.size());
+  // Scripts written on Windows in its own code page are read as they were meant.
+  return SplitLines(IsUtf8(text) ? std::string(text) : Windows1252ToUtf8(text));
 }
 
 void SplitScriptText() {
@@ -229,7 +240,7 @@ bool LoadScriptText() {
                      MsgIcon::Critical, kAppTitle);
     return false;
   }
-  std::vector<std::string> lines = SplitLines(content);
+  std::vector<std::string> lines = ScriptFileLines(content);
   View().SetScriptText(JoinScriptLines(lines));
   ScriptLines = lines;
   ScriptLines.insert(ScriptLines.begin(), std::string());

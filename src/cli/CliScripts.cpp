@@ -31,7 +31,7 @@ std::string UnixLines(const std::string& text) {
 bool ReadScriptFile(const std::string& name, std::string& scriptText, std::string& reason) {
   std::string content;
   if (!ReadTextFile(name, content, reason)) return false;
-  scriptText = JoinScriptLines(SplitLines(content));
+  scriptText = JoinScriptLines(ScriptFileLines(content));
   return true;
 }
 

@@ -25,9 +25,10 @@ namespace gandrel::cli {
 // Line breaks of any kind (CR LF, LF, CR) as LF.
 std::string UnixLines(const std::string& text);
 
-// The script a die value naming a script file runs: the file's lines (ended
-// by CR LF, LF or CR, a UTF-8 byte-order mark skipped) as the script editor
-// would hold them. False with the reason when the file cannot be read.
+// The script a die value naming a script file runs: the file's lines as the
+// script editor would hold them (ScriptFileLines: any line ends, a UTF-8
+// byte-order mark skipped, Windows-1252 text read as such). False with the reason when the file
+// cannot be read.
 bool ReadScriptFile(const std::string& name, std::string& scriptText, std::string& reason);
 
 struct TerminalWindowsSetup {

@@ -48,8 +48,70 @@ TEST_F(ScriptFileTest, ScriptNamesAndExtension) {
   };
   for (const auto& c : cases)
     EXPECT_EQ(ScriptNameFor(c[0], c[1]), c[2]) << c[0];
-  EXPECT_EQ(WithScriptExtension("combat"), "combat.DIE");
-  EXPECT_EQ(WithScriptExtension("/home/m.e/combat"), "/home/m.e/combat");  // any "." counts
+  // Only the file name's own "." counts, wherever it stands.
+  const char* const extended[][2] = {
+      {"combat", "combat.DIE"},
+      {"/home/m.e/combat", "/home/m.e/combat.DIE"},
+      {"/home/me/combat.txt", "/home/me/combat.txt"},
+      {"/home/me/combat.", "/home/me/combat."},
+      {"/home/me/.combat", "/home/me/.combat"},
+  };
+  for (const auto& c : extended)
+    EXPECT_EQ(WithScriptExtension(c[0]), c[1]) << c[0];
+}
+
+TEST_F(ScriptFileTest, ReadingTextEncodings) {
+  EXPECT_TRUE(IsUtf8("caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x8E\xB2"));
+  // Stray, missing and overlong bytes, a surrogate, past U+10FFFF.
+  for (const char* bad : {"\x80", "\xC3", "\xC3(", "\xC0\xAF", "\xE0\x80\x80", "\xED\xA0\x80",
+                          "\xF4\x90\x80\x80", "\xFF"})
+    EXPECT_FALSE(IsUtf8(bad)) << ::testing::PrintToString(bad);
+  EXPECT_EQ(Windows1252ToUtf8("caf\xE9 \x80\x9F\x81 \xFF"),
+            "caf\xC3\xA9 \xE2\x82\xAC\xC5\xB8\xC2\x81 \xC3\xBF");
+}
+
+// What a file holds, and what the editor shows once it is loaded: its lines
+// exactly as they stand, joined by CR LF.
+TEST_F(ScriptFileTest, LoadingTakesAnyLineEndsAndTheWindowsCodePage) {
+  const char* const cases[][2] = {
+      {"a  \r\n\r\nb\r\n", "a  \r\n\r\nb"},
+      {"a  \n\nb\n", "a  \r\n\r\nb"},
+      {"a\rb\r\nc", "a\r\nb\r\nc"},
+      {"a\r\n\r\n", "a\r\n"},
+      {"\xEF\xBB\xBFprint w, \"caf\xC3\xA9\"\r\n", "print w, \"caf\xC3\xA9\""},
+      {"print w, \"caf\xE9 \x80\"\r\n", "print w, \"caf\xC3\xA9 \xE2\x82\xAC\""},
+      {"\xEF\xBB\xBF\xE9", "\xC3\xA9"},
+  };
+  for (const auto& [content, editor] : cases) {
+    SCOPED_TRACE(::testing::PrintToString(content));
+    WriteFile("read.die", content);
+    scriptEditor.ScriptFileName = PathOf("read.die");
+    ASSERT_TRUE(LoadScriptText());
+    EXPECT_EQ(view.script, editor);
+  }
+}
+
+// Saving and loading again gives the editor text that the save showed, and
+// the file ends with one empty line.
+TEST_F(ScriptFileTest, SaveThenLoadRoundTrip) {
+  const char* const cases[][3] = {
+      // typed, shown after the save, the file
+      {"a  \r\nb", "a\r\nb\r\n", "a\r\nb\r\n\r\n"},
+      {"a\r\n\r\n  \r\n", "a\r\n\r\n\r\n", "a\r\n\r\n\r\n\r\n"},
+      {"", "", "\r\n"},
+      {"  ; \xE2\x82\xAC", "  ; \xE2\x82\xAC\r\n", "  ; \xE2\x82\xAC\r\n\r\n"},
+  };
+  for (const auto& [typed, shown, file] : cases) {
+    SCOPED_TRACE(::testing::PrintToString(typed));
+    Type(typed);
+    scriptEditor.ScriptFileName = PathOf("trip.die");
+    ASSERT_TRUE(SaveScriptText());
+    EXPECT_EQ(view.script, shown);
+    EXPECT_EQ(ReadFile("trip.die"), file);
+    Type("something else");
+    ASSERT_TRUE(LoadScriptText());
+    EXPECT_EQ(view.script, shown);
+  }
 }
 
 TEST_F(ScriptFileTest, SaveAsksBeforeReplacingAFileThatHoldsSomething) {
