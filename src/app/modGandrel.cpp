@@ -67,6 +67,7 @@ struct Request {
   std::string resultText;
   std::string logText;
   double value = 0;
+  int32_t scriptErrorLine = 0;
 };
 
 }  // namespace
@@ -182,14 +183,14 @@ static void RunEditorScript(Request& request) {
   request.isScript = true;
   SplitScriptText();
   std::string tokenError;
-  TokenizeScript(ScriptLines, tokenError);
+  request.scriptErrorLine = TokenizeScript(ScriptLines, tokenError);
   if (!tokenError.empty()) {
     request.dieValue = tokenError;
     return;
   }
   request.resultText.clear();
   request.logText.clear();
-  RunScript(ScriptLines, request.resultText, request.logText);
+  request.scriptErrorLine = RunScript(ScriptLines, request.resultText, request.logText);
 }
 
 // A die value beginning with "=": the one line "result" & die value, built
@@ -290,6 +291,7 @@ static RollOutcome WorkOut(const std::string& typed, std::optional<std::string>&
   Show(request, outcome, toWindow);
   outcome.dieValueText = request.boxText;
   outcome.listChanged = request.listChanged;
+  outcome.scriptErrorLine = request.scriptErrorLine;
   if (request.listChanged) outcome.dieList = DieListEntries();
   outcome.clipboard = " rolls " + outcome.result + " on " + outcome.dieValueText;
   return outcome;

@@ -14,6 +14,7 @@
 // reading and writing them).
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,10 @@ struct RollOutcome {
   std::string result;      // the result label
   std::string eachResult;  // the each-result box: every die, or a script's log
   std::string clipboard;   // " rolls " & result & " on " & the die value
+  // The line of the editor's script that the tokenizer refused (a GOTO to a
+  // missing label) or whose failure stopped the run ("script processing on
+  // line", or a "<script error>"); 0 when there is none.
+  int32_t scriptErrorLine = 0;
 };
 
 // How the shell asks for a script file.

@@ -158,7 +158,7 @@ void RunNext(ScriptRun& run) {
   if (run.forStack.empty()) {
     run.resultText = kScriptErrorMarker;
     run.logText = "Error in the script" + std::string(kCrLf) + "NEXT without FOR";
-    run.stopped = true;
+    StopOnError(run);
     return;
   }
   const ForLoop& loop = run.forStack.back();

@@ -29,6 +29,7 @@ void ReportBreak(ScriptRun& run) {
 
 // The run-time error of a line, with the line's number; resultText stays.
 void ReportError(ScriptRun& run, const std::string& description) {
+  run.errorLine = run.pc;
   run.logText = "Error: " + description;
   run.logText += kCrLf;
   run.logText += "script processing on line " + std::to_string(run.pc);
@@ -115,7 +116,7 @@ void RunLine(ScriptRun& run) {
     ProcFunc(text, run.logText, run.store);
     if (text == kScriptErrorMarker) {
       run.resultText = kScriptErrorMarker;
-      run.stopped = true;
+      StopOnError(run);
       return;
     }
   }
@@ -167,8 +168,8 @@ void EndRun(ScriptRun& run, bool logOnBefore) {
 
 }  // namespace
 
-void RunScript(const std::vector<std::string>& lines, std::string& resultText,
-               std::string& logText) {
+int32_t RunScript(const std::vector<std::string>& lines, std::string& resultText,
+                  std::string& logText) {
   ScriptRun run;
   run.lines = lines;
   if (run.lines.empty()) run.lines.emplace_back();
@@ -180,6 +181,7 @@ void RunScript(const std::vector<std::string>& lines, std::string& resultText,
   EndRun(run, logOnBefore);
   resultText = std::move(run.resultText);
   logText = std::move(run.logText);
+  return run.errorLine;
 }
 
 }  // namespace gandrel

@@ -283,4 +283,9 @@ struct GotoCheck {
 // tokenizer would, without showing anything and without changing the lines.
 GotoCheck CheckGotoTargets(const std::vector<std::string>& rawLines);
 
+// Every GOTO line of a raw script whose label does not exist, in line order,
+// each with the message the tokenizer would show for it (the tokenizer stops
+// at the first).
+std::vector<GotoCheck> MissingGotoTargets(const std::vector<std::string>& rawLines);
+
 }  // namespace gandrel

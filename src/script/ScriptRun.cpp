@@ -12,10 +12,15 @@
 
 namespace gandrel {
 
+void StopOnError(ScriptRun& run) {
+  run.stopped = true;
+  run.errorLine = run.pc;
+}
+
 void Fail(ScriptRun& run, std::string& text) {
   text = kScriptErrorMarker;
   run.resultText = kScriptErrorMarker;
-  run.stopped = true;
+  StopOnError(run);
 }
 
 void Fail(ScriptRun& run, std::string& text, std::string_view log) {

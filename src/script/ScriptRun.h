@@ -59,12 +59,16 @@ struct ScriptRun {
   int32_t pc = 0;           // the line being run
   bool skip = false;        // IF, CASE and CASEIS ask for their block to be skipped
   bool stopped = false;     // END, or a failure: no further line runs
+  int32_t errorLine = 0;    // the line whose failure stopped the run; 0 when none did
   int16_t currentList = 0;  // the list that ITEM fills; 0 when none
   std::string resultText;
   std::string logText;
 };
 
 // ---- Shared by the handlers (ScriptRun.cpp) --------------------------------
+
+// The line at pc failed: no further line runs, and the run reports where.
+void StopOnError(ScriptRun& run);
 
 // The command failed: text and resultText become "<script error>" and the
 // run stops. With a log message, logText becomes it.

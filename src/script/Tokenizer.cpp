@@ -111,14 +111,17 @@ TokenizedLine OneWordLine(const std::string& line) {
   return Plain(WithCode(ScriptCode::Other, line));
 }
 
+GotoCheck Missing(size_t line) {
+  return {static_cast<int32_t>(line), "Label for GOTO not found at line " + std::to_string(line)};
+}
+
 // Each GOTO's label becomes its line number; stops at the first label that
 // does not exist.
 GotoCheck ResolveGotos(std::vector<std::string>& lines, const LabelTable& labels) {
   for (size_t i = 1; i < lines.size(); ++i) {
     if (CodeOf(lines[i]) != ScriptCode::Goto) continue;
     auto label = labels.find(LCase(std::string_view(lines[i]).substr(1)));
-    if (label == labels.end())
-      return {static_cast<int32_t>(i), "Label for GOTO not found at line " + std::to_string(i)};
+    if (label == labels.end()) return Missing(i);
     lines[i] = WithCode(ScriptCode::Goto, std::to_string(label->second));
   }
   return {};
@@ -161,13 +164,26 @@ GotoCheck CheckGotoTargets(const std::vector<std::string>& rawLines) {
   return ResolveGotos(lines, labels);
 }
 
-void TokenizeScript(std::vector<std::string>& lines, std::string& errorText) {
-  if (lines.empty()) return;
+std::vector<GotoCheck> MissingGotoTargets(const std::vector<std::string>& rawLines) {
+  std::vector<std::string> lines = rawLines;
+  std::vector<GotoCheck> missing;
+  if (lines.empty()) return missing;
+  LabelTable labels = TokenizeLines(lines, false);
+  for (size_t i = 1; i < lines.size(); ++i)
+    if (CodeOf(lines[i]) == ScriptCode::Goto &&
+        !labels.contains(LCase(std::string_view(lines[i]).substr(1))))
+      missing.push_back(Missing(i));
+  return missing;
+}
+
+int32_t TokenizeScript(std::vector<std::string>& lines, std::string& errorText) {
+  if (lines.empty()) return 0;
   LabelTable labels = TokenizeLines(lines, true);
   GotoCheck check = ResolveGotos(lines, labels);
-  if (check.line == 0) return;
+  if (check.line == 0) return 0;
   MsgBox(check.message);
   errorText = kErrorMarker;
+  return check.line;
 }
 
 }  // namespace gandrel

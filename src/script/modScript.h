@@ -17,6 +17,7 @@
 //   ScriptWindows.h/.cpp the prompts, the pause and the output windows
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -30,8 +31,9 @@ void ExpandTabs(std::string& line);
 // Events are pumped once per line. The caller sets errorText to "". When a
 // GOTO names a label that does not exist, a message box says "Label for GOTO
 // not found at line " & the line, errorText becomes "<error>", and the lines
-// after it are left as they were: the script must not run. Never raises.
-void TokenizeScript(std::vector<std::string>& lines, std::string& errorText);
+// after it are left as they were: the script must not run. Returns that
+// GOTO's line, 0 when every GOTO found its label. Never raises.
+int32_t TokenizeScript(std::vector<std::string>& lines, std::string& errorText);
 
 // Runs tokenized lines (1-based; element 0 unused). The run works on its own
 // copy, so the caller's lines may change while the run pumps events. The
@@ -50,7 +52,11 @@ void TokenizeScript(std::vector<std::string>& lines, std::string& errorText);
 // GET, PICKLIST, PAUSE, the output windows and DISPLAY, ScriptFiles() for
 // OPEN FILE. Nothing is raised: a run-time error, a break and every failure
 // end the run with their report. Must not be called while a run is under way.
-void RunScript(const std::vector<std::string>& lines, std::string& resultText,
-               std::string& logText);
+//
+// Returns the line whose failure stopped the run (a run-time error, "script
+// processing on line " & that line, or a command or "@" call that gave
+// "<script error>"), 0 when none did (END, the last line, a break).
+int32_t RunScript(const std::vector<std::string>& lines, std::string& resultText,
+                  std::string& logText);
 
 }  // namespace gandrel

@@ -54,6 +54,28 @@ TEST_F(ScriptRequestTest, AGotoWithoutItsLabelRunsNothing) {
   EXPECT_EQ(ui.Texts(), Items{"Label for GOTO not found at line 2"});
 }
 
+// The editor is told the line where its script went wrong.
+TEST_F(ScriptRequestTest, TheLineWhereTheEditorsScriptStopped) {
+  const struct {
+    std::string script, typed;
+    int32_t line;
+  } cases[] = {
+      {"x = 1\r\n\r\ngoto nowhere\r\n:there", "<current script>", 3},  // not run
+      {"var i\r\nfor i = 1 to 1E20\r\nnext", "fight.die", 2},  // script processing on line 2
+      {"result = 1\r\nx = @foo(1)", "<current script>", 2},    // <script error>
+      {"next", "<current script>", 1},
+      {"result = 1\r\nend\r\nnext", "<current script>", 0},
+      {"next", "=@foo(1)", 0},  // a one-line script is not the editor's
+      {"next", "2d6", 0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.script);
+    view.script = c.script;
+    Roll(c.typed);
+    EXPECT_EQ(view.errorLine, c.line);
+  }
+}
+
 TEST_F(ScriptRequestTest, WinresultShowsInAMessageBoxToo) {
   view.script = "winresult = 6 * 7";
   Roll("<current script>");

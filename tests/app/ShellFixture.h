@@ -25,6 +25,7 @@ class FakeView : public MainView {
   std::string dieValue, result, eachResult, clipboard;
   std::vector<std::string> list;
   int rolls = 0, listsShown = 0;
+  int32_t errorLine = 0;
   std::string script, caption = "Script";
   bool modified = false;
   std::vector<std::string> fileAnswers;    // what the file dialogs answer, in turn
@@ -44,6 +45,7 @@ class FakeView : public MainView {
     result = outcome.result;
     eachResult = outcome.eachResult;
     clipboard = outcome.clipboard;
+    errorLine = outcome.scriptErrorLine;
   }
   std::string ScriptText() const override { return script; }
   void SetScriptText(const std::string& text) override {

@@ -5,6 +5,8 @@
 //   ; expect log: Calc: 3=3\r\n    a piece of the log; the pieces join with
 //                                  nothing between them ("" when absent)
 //   ; expect error: <error>        what TokenizeScript left in errorText
+//   ; expect stop line: 4          the line the tokenizer refused, or whose
+//                                  failure stopped the run (0 when absent)
 //   ; expect message: text         each message box, in order
 //   ; expect shown: get: p [5]     each prompt, pause and DISPLAY, in order
 //   ; expect window w: text        a piece of output window w's text
@@ -70,6 +72,7 @@ struct ScriptCase {
   std::optional<std::string> dieSetting;
   std::optional<int> margin;
   long escapeAt = 0, insistAt = 0;
+  int32_t stopLine = 0;
 };
 
 std::string Unescape(const std::string& text) {
@@ -116,6 +119,8 @@ bool ApplyDirective(ScriptCase& c, const std::string& key, const std::string& va
     c.log += value;
   } else if (key == "expect error") {
     c.error = value;
+  } else if (key == "expect stop line") {
+    c.stopLine = static_cast<int32_t>(ReadNumber(value));
   } else if (key == "expect message") {
     c.messages.push_back(value);
   } else if (key == "expect shown") {
@@ -245,6 +250,7 @@ TEST_P(ScriptCaseTest, Runs) {
   Prepare(c);
   ScriptOutcome outcome = RunScriptText(c.script);
   EXPECT_EQ(outcome.error, c.error);
+  EXPECT_EQ(outcome.stopLine, c.stopLine);
   EXPECT_EQ(outcome.result, c.result);
   EXPECT_EQ(outcome.log, c.log);
   EXPECT_EQ(ui.Texts(), c.messages);

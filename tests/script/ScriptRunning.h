@@ -29,14 +29,15 @@ inline std::vector<std::string> ScriptLinesOf(const std::string& text) {
 
 struct ScriptOutcome {
   std::string error, result, log;
+  int32_t stopLine = 0;  // the line the tokenizer refused or whose failure stopped the run
 };
 
 // Tokenizes the script and, unless a GOTO names no label, runs it.
 inline ScriptOutcome RunScriptText(const std::string& text) {
   ScriptOutcome outcome;
   std::vector<std::string> lines = ScriptLinesOf(text);
-  TokenizeScript(lines, outcome.error);
-  if (outcome.error.empty()) RunScript(lines, outcome.result, outcome.log);
+  outcome.stopLine = TokenizeScript(lines, outcome.error);
+  if (outcome.error.empty()) outcome.stopLine = RunScript(lines, outcome.result, outcome.log);
   return outcome;
 }
 

@@ -150,12 +150,20 @@ TEST_F(TokenizeTest, MissingLabelStopsWithAMessage) {
   EXPECT_EQ(CheckGotoTargets(lines).line, 2);
   EXPECT_EQ(CheckGotoTargets(lines).message, "Label for GOTO not found at line 2");
   EXPECT_TRUE(ui.messages.empty());  // the check shows nothing
+  // The editor marks every such GOTO, each with the tokenizer's message.
+  std::vector<GotoCheck> missing = MissingGotoTargets(lines);
+  ASSERT_EQ(missing.size(), 2u);
+  EXPECT_EQ(missing[1].line, 3);
+  EXPECT_EQ(missing[1].message, "Label for GOTO not found at line 3");
   std::string error;
-  TokenizeScript(lines, error);
+  EXPECT_EQ(TokenizeScript(lines, error), 2);
   EXPECT_EQ(error, "<error>");
   EXPECT_EQ(ui.Texts(), Lines{"Label for GOTO not found at line 2"});
   EXPECT_EQ(lines[3], T(C::Goto, "also"));  // the lines after it stay as pass 1 left them
-  EXPECT_EQ(CheckGotoTargets(ScriptLinesOf("goto a\n:A")).line, 0);
+  Lines found = ScriptLinesOf("goto a\n:A");
+  EXPECT_EQ(CheckGotoTargets(found).line, 0);
+  EXPECT_TRUE(MissingGotoTargets(found).empty());
+  EXPECT_EQ(TokenizeScript(found, error), 0);
 }
 
 }  // namespace
