@@ -165,6 +165,22 @@ bool SaveScriptText();
 // loaded into it. Picking never rolls.
 void PickDieValue(const std::string& entry);
 
+// The editor as the user left it (its text, its file, whether it was
+// changed) is kept between runs of the window in gandrel.script in the
+// application's folder, so that closing never loses a script. The terminal
+// front end neither reads nor writes it.
+//
+// KeepScriptEditor writes it (never a half-written file, and never over one
+// that could not be read at start-up: SkipUnreadFile). False when it was not
+// written; the user has been told.
+bool KeepScriptEditor();
+// RestoreScriptEditor puts the editor back at start-up. A file that is not
+// in the current folder is named by its full path. A clean script whose file
+// no longer holds its text comes back modified. No gandrel.script leaves the
+// editor as it is; one that cannot be read, or was not written by Gandrel, is
+// told about and noted (NoteUnreadFile).
+void RestoreScriptEditor();
+
 // ---- Start-up and shut-down ----------------------------------------------------
 
 // Start-up: defaults, gandrel.dat, gandrel.ini and gandrel.def, the history

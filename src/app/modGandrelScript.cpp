@@ -24,6 +24,12 @@ namespace {
 
 const char* const kCurrentScript = "<current script>";
 
+// The file that keeps the editor between runs: this first line, the file's
+// full name, the modified flag, and the text after "Text:" as it stands.
+const char* const kKeptEditorFile = "gandrel.script";
+const char* const kKeptHeader =
+    "; Gandrel's script editor as it was left, restored at the next start";
+
 // The editor's caption and modified state, as they stand now.
 void ShowEditorState() {
   const std::string& name = scriptEditor.ScriptFileName;
@@ -279,6 +285,97 @@ void PickDieValue(const std::string& entry) {
   // A file that is not there changes nothing.
   if (FileIsMissing(picked)) return;
   LoadAsScript(picked);
+}
+
+// ---- The editor kept between runs ---------------------------------------------
+
+namespace {
+
+struct KeptEditor {
+  std::string file;  // the full name, "" when none
+  bool modified = false;
+  std::string text;
+};
+
+std::string KeptEditorText(const KeptEditor& kept) {
+  return std::string(kKeptHeader) + "\r\nFile=" + kept.file +
+         "\r\nModified=" + (kept.modified ? "-1" : "0") + "\r\nText:\r\n" + kept.text;
+}
+
+// The next line of content from at on, without its CR LF; false at the end.
+bool NextLine(const std::string& content, size_t& at, std::string& line) {
+  size_t end = content.find("\r\n", at);
+  if (end == std::string::npos) return false;
+  line = content.substr(at, end - at);
+  at = end + 2;
+  return true;
+}
+
+// False when content is not what KeptEditorText writes.
+bool ReadKeptEditor(const std::string& content, KeptEditor& kept) {
+  size_t at = 0;
+  std::string header, file, modified, text;
+  if (!NextLine(content, at, header) || header != kKeptHeader) return false;
+  if (!NextLine(content, at, file) || !file.starts_with("File=")) return false;
+  if (!NextLine(content, at, modified) || !modified.starts_with("Modified=")) return false;
+  if (!NextLine(content, at, text) || text != "Text:") return false;
+  kept.file = file.substr(5);
+  kept.modified = modified.substr(9) != "0";
+  kept.text = content.substr(at);
+  return true;
+}
+
+std::string FullName(const std::string& name) {
+  if (name.empty()) return name;
+  std::error_code ec;
+  fs::path full = fs::absolute(name, ec);
+  return ec ? name : full.lexically_normal().string();
+}
+
+// Whether file still holds text, as loading it would show it.
+bool FileHolds(const std::string& file, const std::string& text) {
+  std::string content, reason;
+  if (FileIsMissing(file) || !ReadTextFile(file, content, reason)) return text.empty();
+  return JoinScriptLines(ScriptFileLines(content)) == text;
+}
+
+}  // namespace
+
+bool KeepScriptEditor() {
+  std::string path = AppFile(kKeptEditorFile);
+  if (SkipUnreadFile(path)) return false;
+  KeptEditor kept;
+  kept.file = FullName(scriptEditor.ScriptFileName);
+  // A name that cannot be written on one line is not kept; the text is.
+  if (kept.file.find_first_of("\r\n") != std::string::npos) kept.file.clear();
+  kept.modified =
+      scriptEditor.Modified || (kept.file.empty() && !scriptEditor.ScriptFileName.empty());
+  kept.text = View().ScriptText();
+  std::string reason;
+  if (WriteTextFileAtomic(path, KeptEditorText(kept), reason)) return true;
+  MsgBox("Gandrel could not keep its script editor in " + path + ": " + reason);
+  return false;
+}
+
+void RestoreScriptEditor() {
+  std::string path = AppFile(kKeptEditorFile), content, reason;
+  if (FileIsMissing(path)) return;
+  KeptEditor kept;
+  bool read = ReadTextFile(path, content, reason);
+  if (read && !ReadKeptEditor(content, kept)) {
+    read = false;
+    reason = "it is not a file Gandrel wrote";
+  }
+  if (!read) {
+    MsgBox("Gandrel could not read its script editor from " + path + ": " + reason);
+    NoteUnreadFile(path);
+    return;
+  }
+  View().SetScriptText(kept.text);
+  scriptEditor.ScriptFileName =
+      kept.file.empty() ? std::string() : ScriptNameFor(kept.file, CurrentDirectory());
+  scriptEditor.Modified = kept.modified || (!kept.file.empty() && !FileHolds(kept.file, kept.text));
+  ShowEditorState();
 }
 
 }  // namespace gandrel

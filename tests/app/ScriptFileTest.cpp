@@ -210,5 +210,78 @@ TEST_F(ScriptFileTest, PickingAndTheEditorsEvents) {
   EXPECT_EQ(view.dieValue, "<current script>");
 }
 
+// Closing keeps the editor; the next start brings it back as it was left.
+TEST_F(ScriptFileTest, TheEditorComesBackAfterARestart) {
+  // A new start of the window on the same folder, in the current folder.
+  auto restart = [&] {
+    StartUp();
+    view = FakeView{};
+    RestoreScriptEditor();
+  };
+  // Nothing kept yet: an empty, clean editor.
+  restart();
+  EXPECT_EQ(view.script, "");
+  EXPECT_EQ(view.caption, "Script");
+
+  // An unnamed, changed script.
+  Type("var x\r\nresult = \"\xE2\x82\xAC\"  \r\n");
+  ASSERT_TRUE(KeepScriptEditor());
+  restart();
+  EXPECT_EQ(view.script, "var x\r\nresult = \"\xE2\x82\xAC\"  \r\n");
+  EXPECT_TRUE(view.modified);
+  EXPECT_EQ(scriptEditor.ScriptFileName, "");
+
+  // A saved script, clean, in the current folder: known by its bare name.
+  view.fileAnswers = {PathOf("fight")};
+  ASSERT_TRUE(SaveScriptAs());
+  ASSERT_TRUE(KeepScriptEditor());
+  restart();
+  EXPECT_EQ(scriptEditor.ScriptFileName, "fight.DIE");
+  EXPECT_EQ(view.caption, "Script -- fight.DIE");
+  EXPECT_FALSE(view.modified);
+  EXPECT_EQ(view.script, "var x\r\nresult = \"\xE2\x82\xAC\"\r\n");
+
+  // Started elsewhere: the full name. A file that changed meanwhile makes
+  // the kept text a change of its own.
+  ASSERT_TRUE(KeepScriptEditor());
+  std::filesystem::current_path(start);
+  restart();
+  EXPECT_EQ(scriptEditor.ScriptFileName, PathOf("fight.DIE"));
+  EXPECT_FALSE(view.modified);
+  WriteFile("fight.DIE", "result = 2\r\n");
+  restart();
+  EXPECT_TRUE(view.modified);
+  EXPECT_EQ(view.script, "var x\r\nresult = \"\xE2\x82\xAC\"\r\n");
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+// A kept editor that cannot be read is left as it is, and so is one that
+// Gandrel did not write.
+TEST_F(ScriptFileTest, AKeptEditorThatCannotBeReadIsNeverWrittenOver) {
+  for (const char* content : {"", "result = 1\r\n"}) {
+    SCOPED_TRACE(content);
+    std::filesystem::remove_all(PathOf("gandrel.script"));
+    if (*content) {
+      WriteFile("gandrel.script", content);
+    } else {
+      std::filesystem::create_directory(PathOf("gandrel.script"));
+    }
+    ui.messages.clear();
+    StartUp();
+    Type("typed");
+    RestoreScriptEditor();
+    EXPECT_EQ(view.script, "typed");
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_EQ(ui.messages[0].text.rfind(
+                  "Gandrel could not read its script editor from " + PathOf("gandrel.script"), 0),
+              0u);
+    EXPECT_FALSE(KeepScriptEditor());
+    EXPECT_EQ(ui.messages.size(), 2u);  // the editor is not kept, and the user is told
+    if (*content) {
+      EXPECT_EQ(ReadFile("gandrel.script"), content);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace gandrel::testing
