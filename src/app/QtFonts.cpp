@@ -21,6 +21,17 @@ QFont ToQFont(const FontSetting& setting) {
   return font;
 }
 
+// The script editor's built-in setting names no font anybody chose.
+static bool IsBuiltInScriptFont(FontIndex index, const FontSetting& setting) {
+  return index == kScriptFont && setting.Name == FontSetting{}.Name;
+}
+
+QFont ShownFont(FontIndex index, const FontSetting& setting) {
+  if (IsBuiltInScriptFont(index, setting))
+    return QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  return ToQFont(setting);
+}
+
 FontSetting FromQFont(const QFont& font) {
   FontSetting setting;
   setting.Name = font.family().toStdString();
@@ -31,11 +42,11 @@ FontSetting FromQFont(const QFont& font) {
   return setting;
 }
 
-QString DescribeFont(const FontSetting& setting) {
+QString DescribeFont(const FontSetting& setting, FontIndex index) {
   QStringList parts;
   QString family = QString::fromStdString(setting.Name);
-  if (!QFontDatabase::hasFamily(family.trimmed()))
-    family += " (shown as " + QFontInfo(ToQFont(setting)).family() + ")";
+  if (IsBuiltInScriptFont(index, setting) || !QFontDatabase::hasFamily(family.trimmed()))
+    family += " (shown as " + QFontInfo(ShownFont(index, setting)).family() + ")";
   parts << family;
   // A float size such as 9.8 would print as 9.80000019073486: two decimals do.
   double size = std::round(static_cast<double>(setting.Size) * 100.0) / 100.0;

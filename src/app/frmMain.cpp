@@ -28,6 +28,7 @@
 #include "app/Settings.h"
 #include "app/frmAbout.h"
 #include "app/frmDefine.h"
+#include "app/frmHelp.h"
 #include "app/frmPrefs.h"
 #include "calc/Basic.h"
 #include "calc/RunFlags.h"
@@ -49,6 +50,13 @@ static QString ToEditorText(const std::string& text) {
   shown.replace("\r\n", "\n");
   shown.replace('\r', '\n');
   return shown;
+}
+
+// The end of a script's log, for the tooltip of the line it stopped on.
+static QString LastLines(const std::string& log) {
+  QStringList lines = ToEditorText(log).split('\n', Qt::SkipEmptyParts);
+  QString last = lines.mid(std::max<qsizetype>(0, lines.size() - 3)).join('\n');
+  return last.size() > 400 ? last.right(400) : last;
 }
 
 static QPushButton* MakeButton(const QString& caption, QWidget* parent, const char* name) {
@@ -121,9 +129,8 @@ void frmMain::BuildLayout() {
   lblScript->setTextFormat(Qt::PlainText);
   lblScript->setAutoFillBackground(true);
   lblScript->setMargin(2);
-  txtScript = new QPlainTextEdit(this);
+  txtScript = new QtScriptEditor(this);
   txtScript->setObjectName("txtScript");
-  txtScript->setLineWrapMode(QPlainTextEdit::NoWrap);
   btnNewScript = MakeButton(tr("&New"), this, "btnNewScript");
   btnLoadScript = MakeButton(tr("&Load..."), this, "btnLoadScript");
   btnSaveScript = MakeButton(tr("Sa&ve..."), this, "btnSaveScript");
@@ -151,6 +158,7 @@ void frmMain::BuildLayout() {
   btnPrefs = MakeButton(tr("&Preferences..."), this, "btnPrefs");
   btnDefine = MakeButton(tr("&Define Die Types..."), this, "btnDefine");
   btnAbout = MakeButton(tr("&About..."), this, "btnAbout");
+  btnHelp = MakeButton(tr("&Help"), this, "btnHelp");
   btnExit = MakeButton(tr("E&xit"), this, "btnExit");
 
   auto* top = new QHBoxLayout;
@@ -161,6 +169,7 @@ void frmMain::BuildLayout() {
   bottom->addWidget(btnPrefs);
   bottom->addWidget(btnDefine);
   bottom->addWidget(btnAbout);
+  bottom->addWidget(btnHelp);
   bottom->addStretch();
   bottom->addWidget(btnExit);
   auto* layout = new QVBoxLayout(this);
@@ -199,6 +208,9 @@ void frmMain::ConnectHandlers() {
   connect(btnPrefs, &QPushButton::clicked, this, &frmMain::ShowPrefs);
   connect(btnDefine, &QPushButton::clicked, this, &frmMain::ShowDefine);
   connect(btnAbout, &QPushButton::clicked, this, &frmMain::ShowAbout);
+  connect(btnHelp, &QPushButton::clicked, this, &frmMain::ShowHelp);
+  auto* help = new QShortcut(QKeySequence::HelpContents, this);
+  connect(help, &QShortcut::activated, this, &frmMain::ShowHelp);
   connect(btnExit, &QPushButton::clicked, this, &QWidget::close);
 
   // Escape asks a running roll or script to stop; it reaches here while the
@@ -212,6 +224,9 @@ void frmMain::ConnectHandlers() {
 
 void frmMain::Start() {
   StartUp();
+  RestoreScriptEditor();
+  // Undo does not go back past the text the window started with.
+  txtScript->document()->clearUndoRedoStacks();
   ApplySettings();
   RestorePlacement();
   show();
@@ -222,7 +237,7 @@ void frmMain::Start() {
 
 void frmMain::ApplySettings() {
   txtEachResult->setFont(ToQFont(settings.Fonts[kResultsFont]));
-  txtScript->setFont(ToQFont(settings.Fonts[kScriptFont]));
+  txtScript->setFont(ShownFont(kScriptFont, settings.Fonts[kScriptFont]));
   {
     QSignalBlocker block(chkResults);
     chkResults->setChecked(settings.SeeAll);
@@ -277,7 +292,8 @@ void frmMain::StorePlacement() {
 
 bool frmMain::SaveAll() {
   StorePlacement();
-  return SaveSettings();
+  bool saved = SaveSettings();
+  return KeepScriptEditor() && saved;
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
@@ -390,19 +406,17 @@ void frmMain::ShowRoll(const RollOutcome& outcome) {
   lblResult->setText(QString::fromStdString(outcome.result));
   txtEachResult->setPlainText(ToEditorText(BreakLongLines(LimitShownText(outcome.eachResult))));
   QGuiApplication::clipboard()->setText(QString::fromStdString(outcome.clipboard));
+  txtScript->ShowErrorLine(outcome.scriptErrorLine, LastLines(outcome.eachResult));
 }
 
 std::string frmMain::ScriptText() const {
   return txtScript->toPlainText().replace("\n", "\r\n").toStdString();
 }
 
-// The caret stays where it was, as near as the new text allows.
+// One step of the editor's undo history: a script the program replaced can
+// be brought back.
 void frmMain::SetScriptText(const std::string& text) {
-  int caret = txtScript->textCursor().position();
-  txtScript->setPlainText(ToEditorText(text));
-  QTextCursor cursor = txtScript->textCursor();
-  cursor.setPosition(std::min(caret, txtScript->document()->characterCount() - 1));
-  txtScript->setTextCursor(cursor);
+  txtScript->ReplaceText(ToEditorText(text));
 }
 
 void frmMain::ShowScriptState(const std::string& caption, bool modified) {
@@ -461,6 +475,13 @@ void frmMain::ShowDefine() {
 void frmMain::ShowAbout() {
   frmAbout dialog(this);
   dialog.exec();
+}
+
+void frmMain::ShowHelp() {
+  if (help_ == nullptr) help_ = new frmHelp(this);
+  help_->show();
+  help_->raise();
+  help_->activateWindow();
 }
 
 }  // namespace gandrel

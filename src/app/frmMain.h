@@ -1,22 +1,26 @@
 // frmMain: Gandrel's main window.
 //
 // The die-value box with its history, the Roll button, the result and the
-// each-result text, the script editor with its New, Load and Save buttons,
-// and the buttons for Preferences, Define Die Types, About and Exit. It is
+// each-result text, the script editor (QtScriptEditor) with its New, Load and
+// Save buttons, and the buttons for Preferences, Define Die Types, About,
+// Help (also F1: the guide to scripts, frmHelp) and Exit. It is
 // the MainView through which the shell makes a roll, and it keeps one roll at
 // a time: while a roll or a script runs (and pumps events) Roll, Enter,
 // picking an entry of the list, New, Load, Save and the rewriting of the die
 // value by the script editor do nothing, and the buttons that would start
 // something else are disabled. Escape asks the roll or script to break.
 // Closing the window breaks a running roll or script first (even one that
-// switched breaking off) and closes its windows, then saves the settings and
-// closes every other window of Gandrel.
+// switched breaking off) and closes its windows, then saves the settings,
+// keeps the script editor for the next start and closes every other window
+// of Gandrel.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <string>
 #include <vector>
 
+#include "app/QtScriptEditor.h"
 #include "app/modGandrel.h"
 
 class QCheckBox;
@@ -28,6 +32,8 @@ class QSplitter;
 
 namespace gandrel {
 
+class frmHelp;
+
 class frmMain : public QWidget, public MainView {
   Q_OBJECT
 
@@ -35,8 +41,9 @@ class frmMain : public QWidget, public MainView {
   explicit frmMain(QWidget* parent = nullptr);
   ~frmMain() override;
 
-  // Start-up: StartUp(), the settings applied to the window, the window shown
-  // where it was left, the first roll, the die-value box focused.
+  // Start-up: StartUp(), the script editor as it was left, the settings
+  // applied to the window, the window shown where it was left, the first
+  // roll, the die-value box focused.
   void Start();
 
   // ---- MainView ----
@@ -65,8 +72,11 @@ class frmMain : public QWidget, public MainView {
   // The window's place, size, state and splitter into settings.Main, and back.
   void StorePlacement();
   void RestorePlacement();
-  // StorePlacement, then SaveSettings.
+  // StorePlacement, SaveSettings, then KeepScriptEditor.
   bool SaveAll();
+
+  // The guide to scripts, in its window (made on first use).
+  void ShowHelp();
 
   // Controls, named as the rest of Gandrel names them.
   QComboBox* comboDieValue;
@@ -75,13 +85,14 @@ class frmMain : public QWidget, public MainView {
   QCheckBox* chkResults;
   QPlainTextEdit* txtEachResult;
   QLabel* lblScript;
-  QPlainTextEdit* txtScript;
+  QtScriptEditor* txtScript;
   QPushButton* btnNewScript;
   QPushButton* btnLoadScript;
   QPushButton* btnSaveScript;
   QPushButton* btnPrefs;
   QPushButton* btnDefine;
   QPushButton* btnAbout;
+  QPushButton* btnHelp;
   QPushButton* btnExit;
   QSplitter* splitter;
 
@@ -106,6 +117,7 @@ class frmMain : public QWidget, public MainView {
 
   bool rolling_ = false;
   bool closePending_ = false;
+  QPointer<frmHelp> help_;
 };
 
 }  // namespace gandrel

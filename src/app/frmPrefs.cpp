@@ -121,14 +121,15 @@ frmPrefs::frmPrefs(QWidget* parent) : QDialog(parent) {
 }
 
 void frmPrefs::ShowFont(int index) {
-  btnFont[index]->setText(DescribeFont(fonts[index]).replace("&", "&&"));
-  btnFont[index]->setFont(ToQFont(fonts[index]));
+  auto font = static_cast<FontIndex>(index);
+  btnFont[index]->setText(DescribeFont(fonts[index], font).replace("&", "&&"));
+  btnFont[index]->setFont(ShownFont(font, fonts[index]));
 }
 
 void frmPrefs::ChooseFont(int index) {
   bool chosen = false;
-  QFont font = QFontDialog::getFont(&chosen, ToQFont(fonts[index]), this,
-                                    QString::fromUtf8(kFontTitles[index]));
+  QFont font = QFontDialog::getFont(&chosen, ShownFont(static_cast<FontIndex>(index), fonts[index]),
+                                    this, QString::fromUtf8(kFontTitles[index]));
   if (!chosen) return;
   fonts[index] = FromQFont(font);
   ShowFont(index);

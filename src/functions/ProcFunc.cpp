@@ -49,6 +49,10 @@ void FailLine(std::string& line, std::string& details, const char* message) {
 
 }  // namespace
 
+bool IsScriptFunction(std::string_view name) {
+  return FindFunction(name) != nullptr;
+}
+
 std::string UsageText(std::string_view name) {
   const FunctionEntry* entry = FindFunction(name);
   return UCase(name) + (entry ? std::string(entry->arguments) : std::string());

@@ -21,6 +21,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "calc/VarStore.h"
@@ -39,6 +40,10 @@ void ProcFunc(std::string& line, std::string& details, const VarStore& store);
 // does not occur, raises "Invalid procedure call or argument".
 void SplitFunctionCall(const std::string& line, const std::string& name, std::string& left,
                        std::string& args, std::string& right);
+
+// True when name (lower case, with its "@", as ProcFunc cuts it from a line)
+// is one of the functions above; the script editor colours such calls.
+bool IsScriptFunction(std::string_view name);
 
 // Removes the empty texts of a 1-based array (element 0 stays, as "").
 void DropEmptyItems(std::vector<std::string>& items);
