@@ -213,6 +213,13 @@ TEST_F(CliRunTest, ScriptFilesWithAnyLineEnds) {
   }
 }
 
+// A script saved in the Windows code page reads as it was meant.
+TEST_F(CliRunTest, AScriptFileInTheWindowsCodePage) {
+  std::string script = (config / "cp1252.die").string();
+  std::ofstream(script, std::ios::binary) << "result = \"caf\xE9 \x80\"\r\n";
+  EXPECT_EQ(Run({"-q", script}).out, "caf\xC3\xA9 \xE2\x82\xAC\n");
+}
+
 // A script file that cannot be read is reported and gives an empty result;
 // the rolls after it go on.
 TEST_F(CliRunTest, AScriptFileThatCannotBeRead) {

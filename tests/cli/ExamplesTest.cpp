@@ -1,0 +1,138 @@
+// The example scripts of examples/, run by the terminal program as a player
+// would run them: their prompts answered on standard input, their dice fixed
+// by --seed, in a folder of their own (loot.die writes loot.txt there).
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace gandrel::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Slurp(const fs::path& path) {
+  std::stringstream text;
+  text << std::ifstream(path, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+class ExamplesTest : public ::testing::Test {
+ protected:
+  struct Run {
+    int status;
+    std::string out, err;
+  };
+
+  void SetUp() override {
+    folder = fs::temp_directory_path() / ("gandrel-examples-" + std::to_string(getpid()));
+    fs::remove_all(folder);
+    fs::create_directories(folder / "config");
+  }
+  void TearDown() override { fs::remove_all(folder); }
+
+  // gandrel-cli ARGS examples/SCRIPT, answers on standard input, in folder.
+  Run RunExample(const std::string& script, const std::string& args, const std::string& answers) {
+    std::ofstream(folder / "answers", std::ios::binary) << answers;
+    std::string command = "cd '" + folder.string() + "' && " + GANDREL_CLI_PROGRAM +
+                          " --config config " + args + " '" + GANDREL_EXAMPLES + "/" + script +
+                          "' <answers 2>err";
+    FILE* pipe = popen(command.c_str(), "r");
+    Run run{-1, "", ""};
+    if (pipe == nullptr) return run;
+    char buffer[512];
+    for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+      run.out.append(buffer, n);
+    run.status = WEXITSTATUS(pclose(pipe));
+    run.err = Slurp(folder / "err");
+    return run;
+  }
+
+  fs::path folder;
+};
+
+const char* const kWeapons =
+    "Which weapon do you strike with?\n  1. Dagger\n  2. Short sword\n  3. Long sword\n"
+    "  4. Battle axe\n  5. Great sword\n  6. Long bow\n  0. Cancel\n";
+
+TEST_F(ExamplesTest, EachExampleRunsAsAPlayerWouldRunIt) {
+  const struct {
+    const char* script;
+    const char* args;
+    std::string answers, out, err;
+  } cases[] = {
+      {"abilities.die", "--seed 1", "",
+       "Strength: 13\nDexterity: 9\nConstitution: 18\nIntelligence: 17\nWisdom: 5\n"
+       "Charisma: 10\n\nTotal: 72\n"
+       "72\n"
+       "4d6= +5+4+4+3= 16\nBest(3,+5+4+4+3)=(+5+4+4)\n"
+       "4d6= +5+1+1+3= 10\nBest(3,+5+1+1+3)=(+5+3+1)\n"
+       "4d6= +6+4+6+6= 22\nBest(3,+6+4+6+6)=(+6+6+6)\n"
+       "4d6= +6+5+4+6= 21\nBest(3,+6+5+4+6)=(+6+6+5)\n"
+       "4d6= +1+3+1+1= 6\nBest(3,+1+3+1+1)=(+3+1+1)\n"
+       "4d6= +3+3+4+3= 13\nBest(3,+3+3+4+3)=(+4+3+3)\n",
+       ""},
+      {"damage.die", "--seed 1", "5\n3\n", "Great sword: 12\nIf : 5 = 0: False\n",
+       std::string(kWeapons) + "Choice [3]: 5\nDamage modifier (Strength or Dexterity)? [2]: 3\n"},
+      {"damage.die", "-q --seed 1", "", "Long sword: 8\n",
+       std::string(kWeapons) + "Choice [3]: \nDamage modifier (Strength or Dexterity)? [2]: \n"},
+      {"damage.die", "-q", "0\n", "No attack\n", std::string(kWeapons) + "Choice [3]: 0\n"},
+      // The wild die explodes; then a 1 takes it and the highest other die out.
+      {"dicepool.die", "--seed 10", "3\n",
+       "11\nIf : 3 < 1: FalseCalc: 11=11\nSWWild(3d6)=(+[6+3]+1+1)=11\n",
+       "How many dice? [4]: 3\n"},
+      {"dicepool.die", "--seed 2", "\n",
+       "7\nIf : 4 < 1: FalseCalc: 7=7\nSWWild(4d6)=(+{1}+{5}+2+5)=7\n", "How many dice? [4]: \n"},
+      {"dicepool.die", "-q", "0\n", "No dice, no roll\n", "How many dice? [4]: 0\n"},
+      {"initiative.die", "--seed 1", "2\n-1\n\n3\n",
+       "Aldra rolls 17\nBram rolls 10\nCorwin rolls 12\nDessa rolls 11\n"
+       "17  Aldra\n12  Corwin\n11  Dessa\n10  Bram\n"
+       "The order of the round is in its window\n",
+       "Aldra: initiative modifier? [0]: 2\nBram: initiative modifier? [0]: -1\n"
+       "Corwin: initiative modifier? [0]: \nDessa: initiative modifier? [0]: 3\n"},
+      {"encounter.die", "-q --seed 23", "", "3 goblins\n", ""},
+      {"encounter.die", "-q --seed 8", "", "5 wolves\n", ""},
+      {"encounter.die", "-q --seed 1", "", "A merchant's cart\n", ""},
+      {"encounter.die", "-q --seed 2", "", "Nothing but the wind\n", ""},
+      {"encounter.die", "--seed 10", "",
+       "A dragon!\n    Is: 20 = 1 to 8: No\n    Is: 20 = 9 to 11, 13: No\n"
+       "    Is: 20 = 12, 14 to 16: No\n    Is: 20<= 19: No\n    Is: 20 = else: Yes\n"
+       "    Calc: \"A dragon!\"=0\nEnd Select: 20\n",
+       ""},
+      {"loot.die", "--seed 1", "", "130 gold and a rusty key\n", ""},
+      {"loot.die", "-q --seed 2", "", "80 gold and a jewelled dagger\n", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.script) + " " + c.args);
+    Run run = RunExample(c.script, c.args, c.answers);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, c.out);
+    EXPECT_EQ(run.err, c.err);
+  }
+  // The two loot runs added to one file, with Windows line ends.
+  EXPECT_EQ(
+      Slurp(folder / "loot.txt"),
+      "----\r\nGold: 130\r\nAlso: a rusty key\r\n----\r\nGold: 80\r\nAlso: a jewelled dagger\r\n");
+}
+
+// Every example is listed above, and every one is a real script file.
+TEST_F(ExamplesTest, EveryExampleIsTested) {
+  std::string tested =
+      "abilities.die damage.die dicepool.die initiative.die encounter.die loot.die";
+  int count = 0;
+  for (const auto& entry : fs::directory_iterator(GANDREL_EXAMPLES)) {
+    std::string name = entry.path().filename().string();
+    EXPECT_NE(tested.find(name), std::string::npos) << name << " has no test";
+    EXPECT_EQ(entry.path().extension(), ".die") << name;
+    ++count;
+  }
+  EXPECT_EQ(count, 6);
+}
+
+}  // namespace
+}  // namespace gandrel::cli
