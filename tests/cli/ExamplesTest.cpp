@@ -1,6 +1,7 @@
 // The example scripts of examples/, run by the terminal program as a player
 // would run them: their prompts answered on standard input, their dice fixed
-// by --seed, in a folder of their own (loot.die writes loot.txt there).
+// by --seed, in a folder of their own (loot.die writes loot.txt there). The
+// scripts of the guide to scripts run too.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -38,10 +39,13 @@ class ExamplesTest : public ::testing::Test {
 
   // gandrel-cli ARGS examples/SCRIPT, answers on standard input, in folder.
   Run RunExample(const std::string& script, const std::string& args, const std::string& answers) {
+    return RunScript(std::string(GANDREL_EXAMPLES) + "/" + script, args, answers);
+  }
+
+  Run RunScript(const std::string& path, const std::string& args, const std::string& answers) {
     std::ofstream(folder / "answers", std::ios::binary) << answers;
     std::string command = "cd '" + folder.string() + "' && " + GANDREL_CLI_PROGRAM +
-                          " --config config " + args + " '" + GANDREL_EXAMPLES + "/" + script +
-                          "' <answers 2>err";
+                          " --config config " + args + " '" + path + "' <answers 2>err";
     FILE* pipe = popen(command.c_str(), "r");
     Run run{-1, "", ""};
     if (pipe == nullptr) return run;
@@ -118,6 +122,26 @@ TEST_F(ExamplesTest, EachExampleRunsAsAPlayerWouldRunIt) {
   EXPECT_EQ(
       Slurp(folder / "loot.txt"),
       "----\r\nGold: 130\r\nAlso: a rusty key\r\n----\r\nGold: 80\r\nAlso: a jewelled dagger\r\n");
+}
+
+// Every script of the guide (its "die" blocks) runs to a result, its
+// questions answered with their defaults, and tells of no trouble.
+TEST_F(ExamplesTest, TheGuidesScriptsRun) {
+  const std::string guide = Slurp(GANDREL_GUIDE), fence = "```die\n";
+  int count = 0;
+  for (size_t at = guide.find(fence); at != std::string::npos; at = guide.find(fence, at)) {
+    at += fence.size();
+    size_t end = guide.find("```", at);
+    ASSERT_NE(end, std::string::npos);
+    std::string script = guide.substr(at, end - at);
+    SCOPED_TRACE(script);
+    std::ofstream(folder / "guide.die", std::ios::binary) << script;
+    Run run = RunScript((folder / "guide.die").string(), "-q --seed 1", "");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err.find("gandrel:"), std::string::npos) << run.err;
+    ++count;
+  }
+  EXPECT_GE(count, 15);
 }
 
 // Every example is listed above, and every one is a real script file.
