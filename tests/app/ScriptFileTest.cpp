@@ -125,6 +125,13 @@ TEST_F(ScriptFileTest, SaveAsksBeforeReplacingAFileThatHoldsSomething) {
   EXPECT_FALSE(view.modified);
   EXPECT_EQ(DieHistory, OneBased("combat.DIE"));
   EXPECT_EQ(std::filesystem::current_path(), std::filesystem::path(folder));
+  // The dialogs start at the editor's file in the current folder; a
+  // cancelled one changes nothing.
+  LoadScriptFile();
+  EXPECT_EQ(view.fileQuestions.back(), "Load Script " + PathOf("combat.DIE"));
+  EXPECT_FALSE(SaveScriptAs());
+  EXPECT_EQ(view.fileQuestions.back(), "Save Script As " + PathOf("combat.DIE"));
+  EXPECT_EQ(view.caption, "Script -- combat.DIE");
 
   Type("changed");
   const std::string question = PathOf("combat.DIE") + "\nThis script already exists. Overwrite it?";
