@@ -30,6 +30,10 @@ struct RollOutcome {
   std::string result;      // the result label
   std::string eachResult;  // the each-result box: every die, or a script's log
   std::string clipboard;   // " rolls " & result & " on " & the die value
+  // What the result does not say by itself (RollHints), worked out after
+  // everything above and changing none of it; empty when there is nothing
+  // to say.
+  std::vector<std::string> hints;
 };
 
 // How the shell asks for a script file.
