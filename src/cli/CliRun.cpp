@@ -42,6 +42,7 @@ extern "C" void OnInterrupt(int) {
 class TerminalView final : public MainView {
  public:
   std::string dieValue, result, eachResult, clipboard, script;
+  std::vector<std::string> hints;
 
   std::string DieValueText() const override { return dieValue; }
   void SetDieValueText(const std::string& text) override { dieValue = text; }
@@ -54,6 +55,7 @@ class TerminalView final : public MainView {
     result = outcome.result;
     eachResult = outcome.eachResult;
     clipboard = outcome.clipboard;
+    hints = outcome.hints;
   }
   std::string ScriptText() const override { return script; }
   void SetScriptText(const std::string&) override {}
@@ -163,6 +165,7 @@ class RollLoop {
     if (ReadScriptFile(name, view_.script, reason)) return true;
     MsgBox("cannot read " + name + ": " + reason);
     view_.result = view_.eachResult = "";
+    view_.hints.clear();
     view_.clipboard = " rolls  on " + view_.dieValue;
     status = 1;
     return false;
@@ -175,7 +178,8 @@ class RollLoop {
       text_ = "{\"dieValue\":" + JsonString(view_.dieValue) +
               ",\"result\":" + JsonString(view_.result) +
               ",\"details\":" + JsonString(view_.eachResult) +
-              ",\"clipboard\":" + JsonString(view_.clipboard) + WindowsJson() + "}\n";
+              ",\"clipboard\":" + JsonString(view_.clipboard) + WarningsJson() + WindowsJson() +
+              "}\n";
     } else {
       text_ = UnixLines(view_.result) + "\n";
       if (!options_.quiet && !view_.eachResult.empty()) {
@@ -185,6 +189,18 @@ class RollLoop {
     }
     std::fwrite(text_.data(), 1, text_.size(), out_);
     if (outIsTerminal_) std::fflush(out_);
+  }
+
+  // ',"warnings":[hint, ...]' when the result has hints (the window shows
+  // them under the result).
+  std::string WarningsJson() const {
+    if (view_.hints.empty()) return "";
+    std::string json = ",\"warnings\":[";
+    for (size_t i = 0; i < view_.hints.size(); ++i) {
+      if (i > 0) json += ',';
+      json += JsonString(view_.hints[i]);
+    }
+    return json + "]";
   }
 
   // ',"windows":{name: text, ...}' when the roll opened output windows.
