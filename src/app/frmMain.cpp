@@ -45,6 +45,9 @@ static const QColor kModifiedBackground(224, 224, 224);
 // How long after showing the window its frame is sure to be known.
 static constexpr int kFramedAfterMs = 250;
 
+// Of a long result the tooltip shows this many characters.
+static constexpr qsizetype kLongestToolTip = 2000;
+
 // The total's font, against the window's.
 static constexpr qreal kResultScale = 2.6;
 
@@ -449,7 +452,9 @@ void frmMain::ShowRoll(const RollOutcome& outcome) {
 void frmMain::ShowResultFor(const std::string& result, const std::string& dieValue) {
   QString of = QString::fromStdString(dieValue);
   lblResult->setText(QString::fromStdString(result));
-  lblResult->setToolTip(of.isEmpty() ? QString() : tr("The result of %1").arg(of));
+  // The tooltip holds the whole result too, for one too long to show whole.
+  QString shown = QString::fromStdString(result).left(kLongestToolTip);
+  lblResult->setToolTip(of.isEmpty() ? QString() : tr("The result of %1:\n%2").arg(of, shown));
   lblResultFor->setText(of);
   lblResultFor->setToolTip(of);
 }

@@ -103,7 +103,7 @@ TEST_F(WindowTest, PickingAnotherEntryClearsTheTotal) {
   EXPECT_EQ(w.lblResult->toolTip(), "");
   w.btnRoll->click();
   EXPECT_EQ(Text(w.lblResult), "2");
-  EXPECT_EQ(w.lblResult->toolTip(), "The result of 2d1k");
+  EXPECT_EQ(w.lblResult->toolTip(), "The result of 2d1k:\n2");
   EXPECT_TRUE(w.lblHints->isVisibleTo(&w));
   index = w.comboDieValue->findText("1d1+1");
   w.comboDieValue->setCurrentIndex(index);
