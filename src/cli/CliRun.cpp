@@ -18,6 +18,7 @@
 #include "calc/Markers.h"
 #include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
+#include "cli/CliInteractive.h"
 #include "cli/CliJson.h"
 #include "cli/CliScripts.h"
 #include "dice/Random.h"
@@ -152,6 +153,12 @@ class RollLoop {
     return true;
   }
 
+  // The hints of each result go to err, a line each, after the result.
+  void ShowHintsOn(FILE* err) { hintsTo_ = err; }
+  // The terminal shows a Ctrl-C as "^C" where the caret stands: a result
+  // that follows one begins on the next line of screen.
+  void EndCtrlCLineOn(FILE* screen) { screen_ = screen; }
+
   int status = 0;
   int writeError = 0;  // the reason the output failed, 0 while it did not
 
@@ -172,6 +179,10 @@ class RollLoop {
   }
 
   void Print() {
+    if (screen_ != nullptr && interrupts) {
+      std::fputs("\n", screen_);
+      std::fflush(screen_);
+    }
     text_.clear();
     windows_.FinishLine();
     if (options_.json) {
@@ -189,6 +200,11 @@ class RollLoop {
     }
     std::fwrite(text_.data(), 1, text_.size(), out_);
     if (outIsTerminal_) std::fflush(out_);
+    if (hintsTo_ == nullptr || view_.hints.empty()) return;
+    std::fflush(out_);
+    for (const std::string& hint : view_.hints)
+      std::fprintf(hintsTo_, "hint: %s\n", hint.c_str());
+    std::fflush(hintsTo_);
   }
 
   // ',"warnings":[hint, ...]' when the result has hints (the window shows
@@ -221,25 +237,19 @@ class RollLoop {
   TerminalView& view_;
   TerminalWindows& windows_;
   std::string text_;
+  FILE* hintsTo_ = nullptr;
+  FILE* screen_ = nullptr;
 };
 
-void ReadAndRoll(FILE* in, FILE* out, RollLoop& loop) {
-  bool prompt = isatty(fileno(in)) == 1;
+// Die values from a pipe or a file, a line each (a terminal has its own
+// prompt: CliInteractive.h).
+void ReadAndRoll(FILE* in, RollLoop& loop) {
   char* buffer = nullptr;
   size_t capacity = 0;
   for (;;) {
-    if (prompt) {
-      std::fputs("gandrel> ", out);
-      std::fflush(out);
-    }
-    if (NoteWriteError(out, loop.writeError)) break;
     ssize_t n = getline(&buffer, &capacity, in);
     if (n < 0) {
-      if (interrupts) {
-        loop.status = 1;
-      } else if (prompt) {
-        std::fputs("\n", out);  // the shell's prompt begins on a line of its own
-      }
+      if (interrupts) loop.status = 1;
       break;
     }
     std::string line(buffer, static_cast<size_t>(n));
@@ -300,8 +310,14 @@ int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err) {
   if (options.seed) SeedRandom(*options.seed);
 
   RollLoop loop(options, out, view, windows);
-  if (options.dieValues.empty()) {
-    ReadAndRoll(in, out, loop);
+  if (options.dieValues.empty() && setup.interactive) {
+    // A person reads the hints as well.
+    if (!options.quiet && !options.json) loop.ShowHintsOn(err);
+    loop.EndCtrlCLineOn(isatty(fileno(out)) == 1 ? out : err);
+    InteractiveSetup session{in, out, err, AppFile(kHistoryFileName)};
+    RunInteractive(session, [&](const std::string& dieValue) { return loop.Roll(dieValue); });
+  } else if (options.dieValues.empty()) {
+    ReadAndRoll(in, loop);
   } else {
     for (const std::string& dieValue : options.dieValues)
       if (!loop.Roll(dieValue)) break;
