@@ -201,8 +201,8 @@ std::string InteractiveHelpText(const std::string& historyFile) {
          "your own), =@best(3,4d6) (a one-line script), fight.die (a script file).\n"
          "Up and Down recall earlier lines, Ctrl-R searches them. " +
          kept +
-         "Ctrl-C breaks a roll, or clears the line; Ctrl-C at an empty prompt twice,\n"
-         "Ctrl-D, \"quit\" or \"exit\" ends. gandrel-cli --help lists the options.\n";
+         "Ctrl-C breaks a roll, or clears the line; a second Ctrl-C at the empty\n"
+         "prompt, Ctrl-D, \"quit\" or \"exit\" ends. gandrel-cli --help lists the options.\n";
 }
 
 void RunInteractive(const InteractiveSetup& setup, const RollLine& roll) {
@@ -214,7 +214,7 @@ void RunInteractive(const InteractiveSetup& setup, const RollLine& roll) {
   std::setlocale(LC_CTYPE, "");
   LineHistory history(setup.historyFile, setup.err);
   LineEditor editor(setup, screen, history);
-  bool warned = false;  // the last thing was a Ctrl-C at an empty prompt
+  bool warned = false;  // the last thing was a Ctrl-C at the prompt
   for (;;) {
     std::fflush(setup.out);
     std::string line;
@@ -227,14 +227,9 @@ void RunInteractive(const InteractiveSetup& setup, const RollLine& roll) {
     if (read == LineEditor::Read::Interrupted) {
       ClearInterrupts();
       Write(screen, "\n");
-      if (hadText) {
-        warned = false;
-      } else if (warned) {
-        return;
-      } else {
-        Write(screen, "(To end, press Ctrl-C again or Ctrl-D, or type quit.)\n");
-        warned = true;
-      }
+      if (warned && !hadText) return;
+      Write(screen, "(To end, press Ctrl-C again or Ctrl-D, or type quit.)\n");
+      warned = true;
       continue;
     }
     warned = false;
