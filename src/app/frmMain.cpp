@@ -302,7 +302,8 @@ void frmMain::RestorePlacement() {
 }
 
 void frmMain::FitIntoScreen(QScreen* screen) {
-  if (screen == nullptr || (windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen))) return;
+  Qt::WindowStates placed = Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen;
+  if (screen == nullptr || (windowState() & placed)) return;
   QRect inside = geometry(), outside = frameGeometry();
   // Before the window manager has framed the window both are the same.
   FrameMargins frame{inside.left() - outside.left(), inside.top() - outside.top(),
