@@ -3,7 +3,8 @@
 # missing. Usage: scripts/deps.sh [build|test|run|bench|fuzz]...
 set -euo pipefail
 
-packages=(g++ cmake ninja-build pkg-config qt6-base-dev libgl-dev)
+# libedit-dev: line editing and history at gandrel-cli's prompt.
+packages=(g++ cmake ninja-build pkg-config qt6-base-dev libgl-dev libedit-dev)
 comma_locale=no
 for want in "$@"; do
   case "$want" in
@@ -12,7 +13,7 @@ for want in "$@"; do
     test) packages+=(libgtest-dev libgmock-dev locales); comma_locale=yes ;;
     bench) packages+=(libbenchmark-dev) ;;
     fuzz) packages+=(clang libclang-rt-14-dev) ;;
-    gui-check) packages+=(xvfb xauth xdotool xclip imagemagick) ;;
+    gui-check) packages+=(xvfb xauth xdotool xclip imagemagick twm tmux) ;;
     *) echo "deps.sh: unknown need '$want'" >&2; exit 2 ;;
   esac
 done

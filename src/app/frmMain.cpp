@@ -17,6 +17,7 @@
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QSplitter>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <exception>
@@ -24,8 +25,10 @@
 #include "app/DialogModels.h"
 #include "app/QtFonts.h"
 #include "app/QtIcon.h"
+#include "app/QtResultLabels.h"
 #include "app/QtScriptWindows.h"
 #include "app/Settings.h"
+#include "app/WindowFit.h"
 #include "app/frmAbout.h"
 #include "app/frmDefine.h"
 #include "app/frmHelp.h"
@@ -39,6 +42,15 @@ namespace gandrel {
 
 static const char* const kScriptFilter = "Script Files (*.DIE *.die *.Die);;All Files (*)";
 static const QColor kModifiedBackground(224, 224, 224);
+
+// How long after showing the window its frame is sure to be known.
+static constexpr int kFramedAfterMs = 250;
+
+// Of a long result the tooltip shows this many characters.
+static constexpr qsizetype kLongestToolTip = 2000;
+
+// The total's font, against the window's.
+static constexpr qreal kResultScale = 2.6;
 
 // The design size of the window, used when the stored one is unusable.
 static constexpr int kDesignWidth = 760;
@@ -100,17 +112,27 @@ void frmMain::BuildLayout() {
   auto* dieValueCaption = new QLabel(tr("Die value:"), this);
   dieValueCaption->setBuddy(comboDieValue);
 
-  lblResult = new QLabel(this);
-  lblResult->setObjectName("lblResult");
-  lblResult->setTextFormat(Qt::PlainText);
-  lblResult->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  lblResult->setAlignment(Qt::AlignCenter);
-  lblResult->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  lblResult->setMinimumHeight(64);
-  QFont big = lblResult->font();
-  big.setPointSizeF(big.pointSizeF() * 2.6);
+  // The total is large, and shrinks to the window's font size for a text
+  // that would not fit otherwise.
+  QFont big = font();
+  qreal normalSize = big.pointSizeF();
+  big.setPointSizeF(normalSize * kResultScale);
   big.setBold(true);
+  lblResult = new ResultLabel(normalSize, this);
+  lblResult->setObjectName("lblResult");
   lblResult->setFont(big);
+  lblResultFor = new ElidedLabel(this);
+  lblResultFor->setObjectName("lblResultFor");
+  lblResultFor->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+  lblResultFor->setForegroundRole(QPalette::PlaceholderText);
+  lblHints = new QLabel(this);
+  lblHints->setObjectName("lblHints");
+  lblHints->setTextFormat(Qt::PlainText);
+  lblHints->setWordWrap(true);
+  lblHints->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  lblHints->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
+  lblHints->setMargin(2);
+  lblHints->hide();
   chkResults = new QCheckBox(tr("&See All"), this);
   chkResults->setObjectName("chkResults");
   txtEachResult = new QPlainTextEdit(this);
@@ -120,7 +142,15 @@ void frmMain::BuildLayout() {
   auto* results = new QWidget(this);
   auto* resultsLayout = new QVBoxLayout(results);
   resultsLayout->setContentsMargins(0, 0, 0, 0);
-  resultsLayout->addWidget(lblResult);
+  // The total, its caption and its hints stay together, in the middle of
+  // the room the details leave.
+  auto* resultBox = new QVBoxLayout;
+  resultBox->addStretch(1);
+  resultBox->addWidget(lblResult);
+  resultBox->addWidget(lblResultFor);
+  resultBox->addWidget(lblHints);
+  resultBox->addStretch(1);
+  resultsLayout->addLayout(resultBox);
   resultsLayout->addWidget(chkResults);
   resultsLayout->addWidget(txtEachResult, 1);
 
@@ -178,6 +208,15 @@ void frmMain::BuildLayout() {
   layout->addLayout(bottom);
 
   resize(kDesignWidth, kDesignHeight);
+  SetTabOrder();
+}
+
+void frmMain::SetTabOrder() {
+  QWidget* order[] = {comboDieValue, btnRoll,       chkResults, txtEachResult, btnNewScript,
+                      btnLoadScript, btnSaveScript, btnPrefs,   btnDefine,     btnAbout,
+                      btnHelp,       btnExit,       txtScript};
+  for (size_t i = 1; i < std::size(order); ++i)
+    setTabOrder(order[i - 1], order[i]);
 }
 
 void frmMain::ConnectHandlers() {
@@ -230,6 +269,9 @@ void frmMain::Start() {
   ApplySettings();
   RestorePlacement();
   show();
+  // The frame the window manager puts around the window is known only once
+  // it is shown: the window is fitted again with it.
+  QTimer::singleShot(kFramedAfterMs, this, [this] { FitIntoScreen(screen()); });
   activateWindow();
   comboDieValue->setFocus();
   btnRoll->click();
@@ -260,20 +302,34 @@ void frmMain::RestorePlacement() {
   // A window left on a screen that is gone comes back on the primary one.
   QScreen* screen = QGuiApplication::screenAt(rect.center());
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-  if (screen != nullptr) {
-    QRect available = screen->availableGeometry();
-    if (!available.intersects(rect)) rect.moveTopLeft(available.topLeft() + QPoint(40, 40));
-  }
+  Qt::WindowStates state = windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+  setWindowState(state);
   setGeometry(rect);
+  FitIntoScreen(screen);
   layout()->activate();
 
   int left = std::clamp(place.Splitter - splitter->x(), 1, std::max(1, splitter->width() - 1));
   splitter->setSizes({left, std::max(1, splitter->width() - left - splitter->handleWidth())});
 
-  Qt::WindowStates state = windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
   if (place.State == 2) state |= Qt::WindowMaximized;
   if (place.State == 1) state |= Qt::WindowMinimized;
   setWindowState(state);
+}
+
+void frmMain::FitIntoScreen(QScreen* screen) {
+  Qt::WindowStates placed = Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen;
+  if (screen == nullptr || (windowState() & placed)) return;
+  QRect inside = geometry(), outside = frameGeometry();
+  // Before the window manager has framed the window both are the same.
+  FrameMargins frame{inside.left() - outside.left(), inside.top() - outside.top(),
+                     outside.right() - inside.right(), outside.bottom() - inside.bottom()};
+  QRect area = screen->availableGeometry();
+  QSize least = minimumSizeHint().expandedTo(minimumSize());
+  ScreenRect fitted = FitWindowRect({inside.x(), inside.y(), inside.width(), inside.height()},
+                                    frame, {area.x(), area.y(), area.width(), area.height()},
+                                    least.width(), least.height());
+  QRect target(fitted.left, fitted.top, fitted.width, fitted.height);
+  if (target != inside) setGeometry(target);
 }
 
 void frmMain::StorePlacement() {
@@ -392,7 +448,8 @@ void frmMain::ShowDieList(const std::vector<std::string>& entries, const std::st
 }
 
 void frmMain::ShowDisplay(const std::string& result, const std::string& log) {
-  lblResult->setText(QString::fromStdString(result));
+  ShowResultFor(result, Trim(DieValueText()));
+  ShowHints({});
   txtEachResult->setPlainText(ToEditorText(BreakLongLines(LimitShownText(log))));
 }
 
@@ -403,10 +460,34 @@ void frmMain::ShowRoll(const RollOutcome& outcome) {
     SetDieValueText(outcome.dieValueText);
   }
   comboDieValue->lineEdit()->selectAll();
-  lblResult->setText(QString::fromStdString(outcome.result));
+  ShowResultFor(outcome.result, outcome.dieValueText);
+  ShowHints(outcome.hints);
   txtEachResult->setPlainText(ToEditorText(BreakLongLines(LimitShownText(outcome.eachResult))));
   QGuiApplication::clipboard()->setText(QString::fromStdString(outcome.clipboard));
   txtScript->ShowErrorLine(outcome.scriptErrorLine, LastLines(outcome.eachResult));
+}
+
+void frmMain::ShowResultFor(const std::string& result, const std::string& dieValue) {
+  QString of = QString::fromStdString(dieValue);
+  lblResult->setText(QString::fromStdString(result));
+  // The tooltip holds the whole result too, for one too long to show whole.
+  QString shown = QString::fromStdString(result).left(kLongestToolTip);
+  lblResult->setToolTip(of.isEmpty() ? QString() : tr("The result of %1:\n%2").arg(of, shown));
+  lblResultFor->setText(of);
+  lblResultFor->setToolTip(of);
+}
+
+void frmMain::ShowHints(const std::vector<std::string>& hints) {
+  QStringList lines;
+  for (const std::string& hint : hints)
+    lines.append(QString::fromStdString(hint));
+  lblHints->setText(lines.join('\n'));
+  lblHints->setVisible(!lines.isEmpty());
+}
+
+void frmMain::ClearResult() {
+  ShowResultFor("", "");
+  ShowHints({});
 }
 
 std::string frmMain::ScriptText() const {
@@ -441,8 +522,13 @@ std::string frmMain::AskScriptFile(FileQuestion question, const std::string& tit
 
 // ---- The die-value list ------------------------------------------------------
 
+// A result left beside another die value would read as that value's: it
+// goes, and the box waits for the roll of the picked value.
 void frmMain::DieValuePicked(int index) {
-  if (Idle()) PickDieValue(comboDieValue->itemText(index).toStdString());
+  if (!Idle()) return;
+  QString picked = comboDieValue->itemText(index);
+  PickDieValue(picked.toStdString());
+  if (picked != lblResultFor->text()) ClearResult();
 }
 
 bool frmMain::Idle() const {

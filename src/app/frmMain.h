@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "app/QtResultLabels.h"
 #include "app/QtScriptEditor.h"
 #include "app/modGandrel.h"
 
@@ -28,6 +29,7 @@ class QComboBox;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
+class QScreen;
 class QSplitter;
 
 namespace gandrel {
@@ -70,8 +72,14 @@ class frmMain : public QWidget, public MainView {
   // The fonts, See All and stay-on-top of the settings, applied.
   void ApplySettings();
   // The window's place, size, state and splitter into settings.Main, and back.
+  // Restoring fits the window into the available area of the screen that
+  // holds the centre of the place (else the primary screen): smaller first,
+  // then moved inside; a maximised window stays maximised.
   void StorePlacement();
   void RestorePlacement();
+  // Fits the window, as it stands, into its screen's available area, frame
+  // included once the window manager has framed it.
+  void FitIntoScreen(QScreen* screen);
   // StorePlacement, SaveSettings, then KeepScriptEditor.
   bool SaveAll();
 
@@ -81,7 +89,11 @@ class frmMain : public QWidget, public MainView {
   // Controls, named as the rest of Gandrel names them.
   QComboBox* comboDieValue;
   QPushButton* btnRoll;
-  QLabel* lblResult;
+  // The total, as large as its room allows; under it the die value it
+  // belongs to, and the hints about it (hidden when there are none).
+  ResultLabel* lblResult;
+  ElidedLabel* lblResultFor;
+  QLabel* lblHints;
   QCheckBox* chkResults;
   QPlainTextEdit* txtEachResult;
   QLabel* lblScript;
@@ -102,6 +114,14 @@ class frmMain : public QWidget, public MainView {
 
  private:
   void BuildLayout();
+  // Tab goes from the die-value box to Roll, See All, the details and the
+  // buttons, and only then into the script editor (where Tab types a TAB).
+  void SetTabOrder();
+  // The result, its caption and its hints emptied: nothing rolled yet on
+  // the die value in the box.
+  void ClearResult();
+  void ShowResultFor(const std::string& result, const std::string& dieValue);
+  void ShowHints(const std::vector<std::string>& hints);
   void ConnectHandlers();
   void DieValuePicked(int index);
   void ShowPrefs();

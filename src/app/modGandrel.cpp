@@ -1,10 +1,12 @@
 // The roll request and the die-value history.
 #include "app/modGandrel.h"
 
+#include <exception>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "app/RollHints.h"
 #include "app/Settings.h"
 #include "app/TextLists.h"
 #include "calc/Basic.h"
@@ -68,6 +70,7 @@ struct Request {
   std::string logText;
   double value = 0;
   int32_t scriptErrorLine = 0;
+  EvalFailure failure;  // why Calc's evaluation failed, for the hints
 };
 
 }  // namespace
@@ -224,7 +227,7 @@ static void RollExpression(Request& request) {
       KeepInHistory(request, request.dieValue);
       request.boxText = request.dieValue;
       request.logText.clear();
-      request.value = Calc(request.dieValue, request.logText);
+      request.value = Calc(request.dieValue, request.logText, request.failure);
     });
   } catch (const BreakSignal&) {
     request.dieValue = kBreakMarker;
@@ -276,6 +279,19 @@ static void Show(Request& request, RollOutcome& outcome, std::optional<std::stri
   outcome.eachResult = request.logText;
 }
 
+// The hints come last, from copies: whatever goes wrong in them costs the
+// hints, never the roll.
+static std::vector<std::string> HintsFor(const std::string& typed, const std::string& result,
+                                         const EvalFailure& failure) {
+  try {
+    return RollHints(typed, result, failure);
+  } catch (const std::exception&) {
+    return {};
+  } catch (const BreakSignal&) {
+    return {};
+  }
+}
+
 static RollOutcome WorkOut(const std::string& typed, std::optional<std::string>& toWindow) {
   runFlags.BreakRequested = false;
   runFlags.BreakForced = false;
@@ -294,6 +310,7 @@ static RollOutcome WorkOut(const std::string& typed, std::optional<std::string>&
   outcome.scriptErrorLine = request.scriptErrorLine;
   if (request.listChanged) outcome.dieList = DieListEntries();
   outcome.clipboard = " rolls " + outcome.result + " on " + outcome.dieValueText;
+  outcome.hints = HintsFor(typed, outcome.result, request.failure);
   return outcome;
 }
 

@@ -36,6 +36,10 @@ struct RollOutcome {
   // missing label) or whose failure stopped the run ("script processing on
   // line", or a "<script error>"); 0 when there is none.
   int32_t scriptErrorLine = 0;
+  // What the result does not say by itself (RollHints), worked out after
+  // everything above and changing none of it; empty when there is nothing
+  // to say.
+  std::vector<std::string> hints;
 };
 
 // How the shell asks for a script file.

@@ -129,7 +129,9 @@ std::string CliHelpText() {
          "Options:\n"
          "  -q, --quiet       print only the result lines\n"
          "      --json        print one JSON object per roll, with the keys \"dieValue\",\n"
-         "                    \"result\", \"details\" and \"clipboard\", and \"windows\"\n"
+         "                    \"result\", \"details\" and \"clipboard\"; \"warnings\" (what\n"
+         "                    the result does not say by itself: text that was ignored,\n"
+         "                    why a <calc error>) when there are any, and \"windows\"\n"
          "                    (each output window's name and text) when a script\n"
          "                    opened any\n"
          "      --seed N      reproducible rolls from the whole number N\n"
@@ -139,12 +141,24 @@ std::string CliHelpText() {
          "      --version     show the version and exit\n"
          "\n"
          "Write -- before die values that begin with '-'. The settings and die types\n"
-         "are those of the Gandrel window; gandrel-cli never changes them.\n"
+         "are those of the Gandrel window; gandrel-cli never writes gandrel.ini,\n"
+         "gandrel.def, gandrel.dat or the window's other files.\n"
+         "\n"
+         "At a terminal, with no die value given, gandrel-cli prompts for die values:\n"
+         "Up and Down recall earlier lines, Ctrl-R searches them, \"help\" tells what\n"
+         "to type, \"quit\" or \"exit\" ends. Only there it keeps its own history file,\n"
+         "gandrel-cli.history, in the settings folder (or the --config folder); if it\n"
+         "cannot be written, gandrel-cli says so once and goes on without it. A\n"
+         "result's warnings are shown under it, as \"hint:\" lines on standard error.\n"
+         "Ctrl-C breaks the roll under way and comes back to the prompt; at the prompt\n"
+         "it clears the line, and a second Ctrl-C at an empty prompt ends, as Ctrl-D\n"
+         "does.\n"
          "\n"
          "Exit status: 0 when every roll gave a result, 1 when a roll ended in\n"
          "<error>, <calc error>, <script error> or <break> or a script file could not\n"
          "be read, 2 for a usage error.\n"
-         "Ctrl-C breaks the roll under way and stops; a second Ctrl-C ends at once.\n";
+         "Rolling arguments or piped die values, Ctrl-C breaks the roll under way and\n"
+         "stops; a second Ctrl-C ends at once.\n";
 }
 
 std::string CliVersionText() {

@@ -18,6 +18,7 @@
 #include "calc/Markers.h"
 #include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
+#include "cli/CliInteractive.h"
 #include "cli/CliJson.h"
 #include "cli/CliScripts.h"
 #include "dice/Random.h"
@@ -42,6 +43,7 @@ extern "C" void OnInterrupt(int) {
 class TerminalView final : public MainView {
  public:
   std::string dieValue, result, eachResult, clipboard, script;
+  std::vector<std::string> hints;
 
   std::string DieValueText() const override { return dieValue; }
   void SetDieValueText(const std::string& text) override { dieValue = text; }
@@ -54,6 +56,7 @@ class TerminalView final : public MainView {
     result = outcome.result;
     eachResult = outcome.eachResult;
     clipboard = outcome.clipboard;
+    hints = outcome.hints;
   }
   std::string ScriptText() const override { return script; }
   void SetScriptText(const std::string&) override {}
@@ -150,6 +153,12 @@ class RollLoop {
     return true;
   }
 
+  // The hints of each result go to err, a line each, after the result.
+  void ShowHintsOn(FILE* err) { hintsTo_ = err; }
+  // The terminal shows a Ctrl-C as "^C" where the caret stands: a result
+  // that follows one begins on the next line of screen.
+  void EndCtrlCLineOn(FILE* screen) { screen_ = screen; }
+
   int status = 0;
   int writeError = 0;  // the reason the output failed, 0 while it did not
 
@@ -163,19 +172,25 @@ class RollLoop {
     if (ReadScriptFile(name, view_.script, reason)) return true;
     MsgBox("cannot read " + name + ": " + reason);
     view_.result = view_.eachResult = "";
+    view_.hints.clear();
     view_.clipboard = " rolls  on " + view_.dieValue;
     status = 1;
     return false;
   }
 
   void Print() {
+    if (screen_ != nullptr && interrupts) {
+      std::fputs("\n", screen_);
+      std::fflush(screen_);
+    }
     text_.clear();
     windows_.FinishLine();
     if (options_.json) {
       text_ = "{\"dieValue\":" + JsonString(view_.dieValue) +
               ",\"result\":" + JsonString(view_.result) +
               ",\"details\":" + JsonString(view_.eachResult) +
-              ",\"clipboard\":" + JsonString(view_.clipboard) + WindowsJson() + "}\n";
+              ",\"clipboard\":" + JsonString(view_.clipboard) + WarningsJson() + WindowsJson() +
+              "}\n";
     } else {
       text_ = UnixLines(view_.result) + "\n";
       if (!options_.quiet && !view_.eachResult.empty()) {
@@ -185,6 +200,23 @@ class RollLoop {
     }
     std::fwrite(text_.data(), 1, text_.size(), out_);
     if (outIsTerminal_) std::fflush(out_);
+    if (hintsTo_ == nullptr || view_.hints.empty()) return;
+    std::fflush(out_);
+    for (const std::string& hint : view_.hints)
+      std::fprintf(hintsTo_, "hint: %s\n", hint.c_str());
+    std::fflush(hintsTo_);
+  }
+
+  // ',"warnings":[hint, ...]' when the result has hints (the window shows
+  // them under the result).
+  std::string WarningsJson() const {
+    if (view_.hints.empty()) return "";
+    std::string json = ",\"warnings\":[";
+    for (size_t i = 0; i < view_.hints.size(); ++i) {
+      if (i > 0) json += ',';
+      json += JsonString(view_.hints[i]);
+    }
+    return json + "]";
   }
 
   // ',"windows":{name: text, ...}' when the roll opened output windows.
@@ -205,25 +237,19 @@ class RollLoop {
   TerminalView& view_;
   TerminalWindows& windows_;
   std::string text_;
+  FILE* hintsTo_ = nullptr;
+  FILE* screen_ = nullptr;
 };
 
-void ReadAndRoll(FILE* in, FILE* out, RollLoop& loop) {
-  bool prompt = isatty(fileno(in)) == 1;
+// Die values from a pipe or a file, a line each (a terminal has its own
+// prompt: CliInteractive.h).
+void ReadAndRoll(FILE* in, RollLoop& loop) {
   char* buffer = nullptr;
   size_t capacity = 0;
   for (;;) {
-    if (prompt) {
-      std::fputs("gandrel> ", out);
-      std::fflush(out);
-    }
-    if (NoteWriteError(out, loop.writeError)) break;
     ssize_t n = getline(&buffer, &capacity, in);
     if (n < 0) {
-      if (interrupts) {
-        loop.status = 1;
-      } else if (prompt) {
-        std::fputs("\n", out);  // the shell's prompt begins on a line of its own
-      }
+      if (interrupts) loop.status = 1;
       break;
     }
     std::string line(buffer, static_cast<size_t>(n));
@@ -284,8 +310,14 @@ int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err) {
   if (options.seed) SeedRandom(*options.seed);
 
   RollLoop loop(options, out, view, windows);
-  if (options.dieValues.empty()) {
-    ReadAndRoll(in, out, loop);
+  if (options.dieValues.empty() && setup.interactive) {
+    // A person reads the hints as well.
+    if (!options.quiet && !options.json) loop.ShowHintsOn(err);
+    loop.EndCtrlCLineOn(isatty(fileno(out)) == 1 ? out : err);
+    InteractiveSetup session{in, out, err, AppFile(kHistoryFileName)};
+    RunInteractive(session, [&](const std::string& dieValue) { return loop.Roll(dieValue); });
+  } else if (options.dieValues.empty()) {
+    ReadAndRoll(in, loop);
   } else {
     for (const std::string& dieValue : options.dieValues)
       if (!loop.Roll(dieValue)) break;

@@ -19,10 +19,10 @@ class RollHintsTest : public ShellTest {
       ParseDefine(s);
   }
 
-  // The hints of a Roll request on typed, with what Calc says of the same
-  // roll. The request is made twice from one seed, once with the hints
-  // worked out between it and the next request: what the requests show
-  // must be the same.
+  // The hints of a Roll request on typed, which must be what RollHints says
+  // with what Calc says of the same roll. The request is made twice from one
+  // seed, once with the hints worked out again between it and the next
+  // request: what the requests show must be the same.
   Items HintsOf(const std::string& typed) {
     RollOutcome plain[2], hinted[2];
     Items history[2];
@@ -35,6 +35,7 @@ class RollHintsTest : public ShellTest {
     hinted[0] = WorkOutRoll(typed);
     EvalFailure failure = FailureOf(typed);
     Items hints = RollHints(typed, hinted[0].result, failure);
+    EXPECT_EQ(hinted[0].hints, hints);
     hinted[1] = WorkOutRoll(typed);
     history[1] = DieHistory;
     for (int i = 0; i < 2; ++i) {

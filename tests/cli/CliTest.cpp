@@ -121,6 +121,19 @@ TEST_F(CliRunTest, OutputAndStatus) {
        "\n",
        0},
       {{"--seed", "3", "4d6"}, "", "15\n4d6= +5+4+2+4= 15\nCalc: 15=15\n", 0},
+      // Hints go to the JSON only: the plain output is the same with and without them.
+      {{"--seed", "3", "-q", "4d6k3", "1/(2-2)"}, "", "15\n<calc error>\n", 1},
+      {{"--seed", "3", "--json", "4d6k3", "1/(2-2)"},
+       "",
+       R"j({"dieValue":"4d6k3","result":"15","details":"4d6= +5+4+2+4= 15\r\nCalc: 15k3=15",)j"
+       R"j("clipboard":" rolls 15 on 4d6k3","warnings":["\"k3\" was ignored: it is not a die, a )j"
+       R"j(number or an operator.","To keep the best 3 of 4d6, write @best(3,4d6)."]})j"
+       "\n"
+       R"j({"dieValue":"1/(2-2)","result":"<calc error>","details":"<calc error>",)j"
+       R"j("clipboard":" rolls <calc error> on 1/(2-2)","warnings":["Division by zero: the )j"
+       R"j(number after \"/\" was 0."]})j"
+       "\n",
+       1},
   };
   for (const auto& [args, input, out, status] : cases) {
     Outcome o = Run(args, input);

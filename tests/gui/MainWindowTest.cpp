@@ -112,10 +112,14 @@ TEST_F(WindowTest, PickingAnEntryNeverRolls) {
   WriteTo(folder.filePath("gandrel.def"), ("2d8\r\n" + script + "\r\n" + gone + "\r\n").toUtf8());
   frmMain& w = StartWindow();
   ASSERT_EQ(w.comboDieValue->currentText(), "2d8");  // the first entry, rolled
-  std::string result = Text(w.lblResult);
+  std::string clipboard = Clipboard();
+  EXPECT_EQ(w.lblResultFor->text(), "2d8");
 
-  // A script file is loaded, not run.
+  // A script file is loaded, not run; the total of 2d8 goes with 2d8.
   PickWithKeys(w.comboDieValue, script);
+  EXPECT_EQ(Text(w.lblResult), "");
+  EXPECT_EQ(w.lblResultFor->text(), "");
+  EXPECT_EQ(Clipboard(), clipboard);
   EXPECT_EQ(Text(w.txtScript), "a = 1\nresult = a\n");
   EXPECT_EQ(Text(w.lblScript), "Script -- " + script.toStdString());
   EXPECT_FALSE(scriptEditor.Modified);
@@ -130,7 +134,14 @@ TEST_F(WindowTest, PickingAnEntryNeverRolls) {
   EXPECT_EQ(Text(w.txtScript), "");
   EXPECT_EQ(Text(w.lblScript), "Script");
   EXPECT_EQ(scriptEditor.ScriptFileName, "");
-  EXPECT_EQ(Text(w.lblResult), result);
+  EXPECT_EQ(Text(w.lblResult), "");
+  EXPECT_EQ(Clipboard(), clipboard);
+
+  // Picking the die value the total belongs to keeps it.
+  TypeAndEnter("1d1+6");
+  PickWithKeys(w.comboDieValue, "1d1+6");
+  EXPECT_EQ(Text(w.lblResult), "7");
+  EXPECT_EQ(w.lblResultFor->text(), "1d1+6");
 }
 
 TEST_F(WindowTest, ScriptEditorHandsCrLfLinesAndNewAsksFirst) {

@@ -1,0 +1,161 @@
+// What the main window shows around a result, and how the window sits on
+// its screen and takes the Tab key.
+#include "WindowFixture.h"
+
+namespace gandrel::testing {
+namespace {
+
+std::string Text(const QLabel* label) {
+  return label->text().toStdString();
+}
+
+const std::string kIgnored = " was ignored: it is not a die, a number or an operator.";
+
+// The hints go under the result and change nothing of what the roll shows.
+TEST_F(WindowTest, HintsUnderTheResult) {
+  const struct {
+    const char* typed;
+    const char* result;  // nullptr: a number
+    std::vector<std::string> hints;
+  } cases[] = {
+      {"4d6k3", nullptr, {"\"k3\"" + kIgnored, "To keep the best 3 of 4d6, write @best(3,4d6)."}},
+      {"3d6+2", nullptr, {}},
+      {"1/(2-2)", "<calc error>", {"Division by zero: the number after \"/\" was 0."}},
+      {"(1d1+2", "<calc error>", {"The parentheses do not pair up: 1 \"(\" and 0 \")\"."}},
+      {"=2d1 x", nullptr, {"\"x\"" + kIgnored}},
+      {"@best(1,2d1)k", "1", {}},
+  };
+  frmMain& w = StartWindow();
+  w.chkResults->setChecked(true);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.typed);
+    TypeAndEnter(c.typed);
+    std::string result = Text(w.lblResult);
+    if (c.result) {
+      EXPECT_EQ(result, c.result);
+    } else {
+      EXPECT_NE(result.find_first_of("0123456789"), std::string::npos);
+    }
+    std::string dieValue = w.comboDieValue->currentText().toStdString();
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(),
+              " rolls " + result + " on " + dieValue);
+    EXPECT_EQ(w.lblResultFor->text().toStdString(), dieValue);
+    EXPECT_EQ(w.lblHints->isVisibleTo(&w), !c.hints.empty());
+    std::string joined;
+    for (const std::string& hint : c.hints)
+      joined += (joined.empty() ? "" : "\n") + hint;
+    EXPECT_EQ(Text(w.lblHints), joined);
+  }
+  // A "<calc error>" is explained under it, not in a message box.
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+// The total is drawn as large as the label's width allows, down to the
+// window's own font size, and wrapped below that.
+TEST_F(WindowTest, TheTotalShrinksToFitItsLabel) {
+  frmMain& w = StartWindow();
+  ResultLabel& label = *w.lblResult;
+  qreal largest = label.font().pointSizeF(), smallest = w.font().pointSizeF();
+  const struct {
+    QString text;
+    int width;
+    bool atLargest, wrapped;
+  } cases[] = {
+      {"17", 300, true, false},
+      {"<script error>", 600, true, false},
+      {"<script error>", 150, false, false},
+      {"1.23456789012346E+20", 200, false, false},
+      {"You hit the orc for 12 and it runs away", 120, false, true},
+      {QString(5000, 'x'), 400, false, true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text.left(40).toStdString() + " at " + std::to_string(c.width));
+    label.setText(c.text);
+    ResultLabel::Fit fit = label.FitText(c.width, 200);
+    EXPECT_EQ(fit.pointSize == largest, c.atLargest);
+    EXPECT_EQ(fit.wrapped, c.wrapped);
+    EXPECT_GE(fit.pointSize, smallest);
+    QFont at = label.font();
+    at.setPointSizeF(fit.pointSize);
+    if (fit.wrapped) {
+      // A wrapped text asks for more than one line of height.
+      EXPECT_GT(label.heightForWidth(c.width), QFontMetrics(at).lineSpacing());
+    } else {
+      EXPECT_LE(QFontMetricsF(at).horizontalAdvance(c.text), c.width);
+    }
+  }
+  EXPECT_EQ(label.text(), QString(5000, 'x'));  // the whole text, whatever is drawn
+  label.grab();                                 // and drawing a long one works
+}
+
+// Picking another entry clears the total, its caption and its hints; a
+// new roll shows them again.
+TEST_F(WindowTest, PickingAnotherEntryClearsTheTotal) {
+  frmMain& w = StartWindow();
+  TypeAndEnter("2d1k");
+  TypeAndEnter("1d1+1");
+  ASSERT_EQ(Text(w.lblResult), "2");
+  int index = w.comboDieValue->findText("2d1k");
+  w.comboDieValue->setCurrentIndex(index);
+  emit w.comboDieValue->activated(index);
+  EXPECT_EQ(Text(w.lblResult), "");
+  EXPECT_EQ(Text(w.lblResultFor), "");
+  EXPECT_EQ(w.lblResult->toolTip(), "");
+  w.btnRoll->click();
+  EXPECT_EQ(Text(w.lblResult), "2");
+  EXPECT_EQ(w.lblResult->toolTip(), "The result of 2d1k:\n2");
+  EXPECT_TRUE(w.lblHints->isVisibleTo(&w));
+  index = w.comboDieValue->findText("1d1+1");
+  w.comboDieValue->setCurrentIndex(index);
+  emit w.comboDieValue->activated(index);
+  EXPECT_FALSE(w.lblHints->isVisibleTo(&w));
+}
+
+// Tab from the die-value box reaches Roll, See All, the details and every
+// button before the script editor; in the editor Tab is a TAB.
+TEST_F(WindowTest, TabReachesTheButtonsBeforeTheEditor) {
+  frmMain& w = StartWindow();
+  w.chkResults->setChecked(true);
+  w.comboDieValue->setFocus();
+  QWidget* expected[] = {w.btnRoll,       w.chkResults,    w.txtEachResult, w.btnNewScript,
+                         w.btnLoadScript, w.btnSaveScript, w.btnPrefs,      w.btnDefine,
+                         w.btnAbout,      w.btnHelp,       w.btnExit,       w.txtScript};
+  for (QWidget* next : expected) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), next) << next->objectName().toStdString();
+  }
+  QTest::keyClick(w.txtScript, Qt::Key_Tab);
+  EXPECT_EQ(w.txtScript->toPlainText(), "\t");
+  EXPECT_EQ(QApplication::focusWidget(), w.txtScript);
+}
+
+// A saved place off the screen, or larger than it, comes back whole on the
+// screen's available area, smaller first and then moved; a maximised window
+// stays maximised.
+TEST_F(WindowTest, SavedPlacementsAreFittedToTheScreen) {
+  frmMain& w = StartWindow();
+  QRect area = w.screen()->availableGeometry();
+  const WindowPlacement cases[] = {
+      {-20000, 30000, 700, 480, 0, 300},
+      {area.right() - 100, area.bottom() - 100, 700, 480, 0, 300},
+      {area.x(), area.y(), area.width() * 3, area.height() * 2, 0, 300},
+      {area.x() - 500, area.y() + 10, area.width() + 400, 300, 0, 300},
+  };
+  for (const WindowPlacement& place : cases) {
+    SCOPED_TRACE(std::to_string(place.Left) + "," + std::to_string(place.Top) + " " +
+                 std::to_string(place.Width) + "x" + std::to_string(place.Height));
+    settings.Main = place;
+    w.RestorePlacement();
+    EXPECT_TRUE(area.contains(w.frameGeometry()))
+        << w.frameGeometry().x() << "," << w.frameGeometry().y();
+    QSize frame = w.frameGeometry().size() - w.size();
+    EXPECT_EQ(w.width(), std::min(place.Width, area.width() - frame.width()));
+    EXPECT_EQ(w.height(), std::min(place.Height, area.height() - frame.height()));
+  }
+  settings.Main = WindowPlacement{area.x() - 5000, 0, 5000, 5000, 2, 300};
+  w.RestorePlacement();
+  EXPECT_TRUE(w.isMaximized());
+}
+
+}  // namespace
+}  // namespace gandrel::testing
