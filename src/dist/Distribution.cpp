@@ -56,7 +56,7 @@ Outcomes RollResults(std::string text, Work& work) {
   if (TrapRuntimeError([&] { ExpandDice(text); }) || Len(text) > kLongestText)
     return Certain("<error>");
   Outcomes found = text.find('"') != std::string::npos
-                       ? QuotedResults(text, work)
+                       ? QuotedResults(text, ResultMode::Roll, work)
                        : ExpressionResults(text, ResultMode::Roll, work);
   auto escaped = found.texts.find(kEscapedError);
   if (escaped != found.texts.end()) {

@@ -42,6 +42,8 @@ TEST_F(Functions, SameAsTheEngineOverEverySequenceOfFaces) {
       {"@llimit(5,1d3+1d3)", 3},
       {"=@best(1,1d3)d3", 3},
       {"=\"hi\"+@best(1,2d3)", 3},
+      // Calc works out the pieces around the quotes; the result shows its text.
+      {"=1d3 \"and\" @best(1,2d3) \"!\"", 3},
       {"=@best(1,1d3)+@worst(1,2d3)", 3},
   };
   for (const auto& c : cases) {
