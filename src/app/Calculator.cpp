@@ -249,4 +249,31 @@ std::string MethodText(const Distribution& dist) {
   return "not worked out: " + dist.reason;
 }
 
+static std::string CsvField(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+  std::string quoted = "\"";
+  for (char c : text) {
+    quoted += c;
+    if (c == '"') quoted += c;
+  }
+  return quoted + "\"";
+}
+
+std::string DistributionCsv(const std::vector<std::pair<std::string, Distribution>>& named) {
+  std::string csv = "die value,result,probability,at least,at most\r\n";
+  for (const auto& [dieValue, dist] : named) {
+    for (size_t i = 0; i < dist.outcomes.size(); ++i) {
+      csv += CsvField(dieValue) + "," + CsvField(dist.outcomes[i].text) + "," +
+             Digits(dist.outcomes[i].probability, std::chars_format::general, 17) + ",";
+      if (i < dist.atLeast.size())
+        csv += Digits(dist.atLeast[i], std::chars_format::general, 17) + "," +
+               Digits(dist.atMost[i], std::chars_format::general, 17);
+      else
+        csv += ",";
+      csv += "\r\n";
+    }
+  }
+  return csv;
+}
+
 }  // namespace gandrel

@@ -20,6 +20,8 @@
 
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "dist/Distribution.h"
 
@@ -66,5 +68,11 @@ std::string FigureText(const Distribution& dist, double value);
 // How the distribution was found, for the user: "exact", "estimated from
 // 1000000 rolls (a script: only running it tells)", or why there is none.
 std::string MethodText(const Distribution& dist);
+
+// The outcomes of named distributions as CSV (RFC 4180, lines ended by CR
+// LF): the header "die value,result,probability,at least,at most", then a
+// line per outcome, in order; the cumulative columns empty for texts that
+// are no number; probabilities with 17 significant digits.
+std::string DistributionCsv(const std::vector<std::pair<std::string, Distribution>>& named);
 
 }  // namespace gandrel

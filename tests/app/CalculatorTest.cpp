@@ -258,6 +258,16 @@ TEST_F(CalculatorTest, Texts) {
   Distribution dist = ComputeDistribution("1d3/3");
   EXPECT_EQ(FigureText(dist, dist.summary.mean), "0.666667");
   EXPECT_EQ(FigureText(ComputeDistribution("@foo(1)"), 0), "-");
+
+  EXPECT_EQ(DistributionCsv({{"1d2/(1d2-1)", ComputeDistribution("1d2/(1d2-1)")},
+                             {"@best(1,1d1)", ComputeDistribution("@best(1,1d1)")},
+                             {"=\"a,\"\"b\"", ComputeDistribution("=\"a,\"\"b\"")}}),
+            "die value,result,probability,at least,at most\r\n"
+            "1d2/(1d2-1),1,0.25,0.5,0.25\r\n"
+            "1d2/(1d2-1),2,0.25,0.25,0.5\r\n"
+            "1d2/(1d2-1),<calc error>,0.5,,\r\n"
+            "\"@best(1,1d1)\",1,1,1,1\r\n"
+            "\"=\"\"a,\"\"\"\"b\"\"\",\"a,0\",1,,\r\n");
 }
 
 }  // namespace
