@@ -28,6 +28,7 @@
 #include "app/Settings.h"
 #include "app/frmAbout.h"
 #include "app/frmDefine.h"
+#include "app/frmDistribution.h"
 #include "app/frmPrefs.h"
 #include "calc/Basic.h"
 #include "calc/RunFlags.h"
@@ -89,6 +90,7 @@ void frmMain::BuildLayout() {
   comboDieValue->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   comboDieValue->setMinimumContentsLength(16);
   btnRoll = MakeButton(tr("&Roll"), this, "btnRoll");
+  btnDistribution = MakeButton(tr("Distri&bution..."), this, "btnDistribution");
   auto* dieValueCaption = new QLabel(tr("Die value:"), this);
   dieValueCaption->setBuddy(comboDieValue);
 
@@ -157,6 +159,7 @@ void frmMain::BuildLayout() {
   top->addWidget(dieValueCaption);
   top->addWidget(comboDieValue, 1);
   top->addWidget(btnRoll);
+  top->addWidget(btnDistribution);
   auto* bottom = new QHBoxLayout;
   bottom->addWidget(btnPrefs);
   bottom->addWidget(btnDefine);
@@ -199,6 +202,9 @@ void frmMain::ConnectHandlers() {
   connect(btnPrefs, &QPushButton::clicked, this, &frmMain::ShowPrefs);
   connect(btnDefine, &QPushButton::clicked, this, &frmMain::ShowDefine);
   connect(btnAbout, &QPushButton::clicked, this, &frmMain::ShowAbout);
+  connect(btnDistribution, &QPushButton::clicked, this, &frmMain::ShowDistribution);
+  auto* f9 = new QShortcut(QKeySequence(Qt::Key_F9), this);
+  connect(f9, &QShortcut::activated, this, &frmMain::ShowDistribution);
   connect(btnExit, &QPushButton::clicked, this, &QWidget::close);
 
   // Escape asks a running roll or script to stop; it reaches here while the
@@ -456,6 +462,10 @@ void frmMain::ShowDefine() {
   frmDefine dialog(this);
   connect(&dialog, &frmDefine::applied, this, &frmMain::StorePlacement);
   dialog.exec();
+}
+
+void frmMain::ShowDistribution() {
+  if (Idle()) frmDistribution::Open(this, comboDieValue->currentText());
 }
 
 void frmMain::ShowAbout() {

@@ -71,6 +71,7 @@ class frmMain : public QWidget, public MainView {
   // Controls, named as the rest of Gandrel names them.
   QComboBox* comboDieValue;
   QPushButton* btnRoll;
+  QPushButton* btnDistribution;  // and F9: the calculator's window for the die value
   QLabel* lblResult;
   QCheckBox* chkResults;
   QPlainTextEdit* txtEachResult;
@@ -96,6 +97,7 @@ class frmMain : public QWidget, public MainView {
   void ShowPrefs();
   void ShowDefine();
   void ShowAbout();
+  void ShowDistribution();
   void SetRollControlsEnabled(bool enabled);
   void RollFromEnter();
   // No roll and no script under way.
