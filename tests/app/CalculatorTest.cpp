@@ -178,9 +178,20 @@ TEST_F(CalculatorTest, AnEstimateTouchesNothing) {
   runFlags.LogOn = true;
   DieHistory = OneBased("3d6 d20");
   RecordingUI::Output* none = nullptr;
+  // Whatever runs while the estimate lets events run (a save as the window
+  // closes) sees the user's default die and die types, not the script's.
+  int seenScriptsState = 0;
+  ui.onPump = [&](long) {
+    seenScriptsState += engineSettings.DieType != "4" || dieTypes.Define.size() != 2;
+  };
+  SetPumpEveryCall(true);
   CalculatorOptions options;
   options.rolls = 300;
   Distribution dist = EstimateDistribution("<current script>", options);
+  EXPECT_GT(ui.pumps, 300);
+  EXPECT_EQ(seenScriptsState, 0);
+  ui.onPump = nullptr;
+  SetPumpEveryCall(false);
   ASSERT_EQ(dist.method, DistMethod::MonteCarlo);
   // Every roll starts with the user's default die, d4: DIE 20 lasts one roll.
   EXPECT_EQ(dist.summary.min, 1);
