@@ -73,6 +73,9 @@ Outcomes ResultsOf(std::string_view dieValue, Work& work) {
   if (Left(value, 1) == "@") value.insert(0, "=");
   if (InStr(LCase(value), ".die") > 0 || value == "<current script>")
     GiveUp(NotExactReason::Script, "a script: only running it tells");
+  // The marks the computation writes into its own texts must not come in.
+  if (value.find_first_of(std::string{kSlotMark} + kEscapedError) != std::string::npos)
+    GiveUp(NotExactReason::Unsupported, "a control character that the calculator uses itself");
   if (value.empty()) return Certain("0");
   if (value[0] == '=') return ScriptLineResults(value, work);
   return RollResults(value, work);

@@ -208,6 +208,11 @@ TEST_F(Distributions, WhatIsNotExactSaysWhy) {
       {"10d6*10d6", 100, NotExactReason::Budget},
       {"d10d10d10", 1000, NotExactReason::Dependent},
       {"100000000d6", 1e7, NotExactReason::Budget},
+      // Characters the computation marks its own texts with.
+      {"\x01"
+       "1d6",
+       1e7, NotExactReason::Unsupported},
+      {"=\"\x02\"", 1e7, NotExactReason::Unsupported},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.dieValue);
