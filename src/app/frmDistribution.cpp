@@ -219,6 +219,8 @@ void frmDistribution::ConnectHandlers() {
   connect(btnExportCsv, &QPushButton::clicked, this, &frmDistribution::AskExportCsv);
   connect(btnClose, &QPushButton::clicked, this, &QWidget::close);
   connect(btnCancel, &QPushButton::clicked, this, &frmDistribution::CancelCalculation);
+  auto* f9 = new QShortcut(QKeySequence(Qt::Key_F9), this);
+  connect(f9, &QShortcut::activated, this, &frmDistribution::Calculate);
   auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
   connect(escape, &QShortcut::activated, this, [this] {
     if (calculating_) {

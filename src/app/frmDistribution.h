@@ -5,7 +5,7 @@
 // bars and the at-least and at-most curves toggled, beside it the summary of
 // each (how it was found, mean, sd, min, max, median, failure, truncated,
 // and for an estimate its rolls and standard error) and the results that are
-// no number; Export PNG and Export CSV.
+// no number; Export PNG and Export CSV. Enter or F9 calculates again.
 //
 // One window at a time: Open() brings it up, or back, for a die value. While
 // it calculates, the window stays responsive (the calculator lets events run)

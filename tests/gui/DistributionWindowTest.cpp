@@ -89,7 +89,11 @@ TEST_F(DistributionWindowTest, ResultsThatAreNoNumberAreListed) {
   EXPECT_EQ(d.tblOther->item(0, 2)->text(), "50.000%");
   EXPECT_EQ(Summary("failure"), "50.000%");
   EXPECT_EQ(d.chart->AllSeries().front().dist.atLeast.size(), 2u);
-  Calculated("2d6");
+  // F9 in the window calculates again.
+  d.txtDieValue->setText("2d6");
+  QApplication::setActiveWindow(&d);
+  QTest::keyClick(&d, Qt::Key_F9);
+  EXPECT_EQ(Summary("max"), "12");
   EXPECT_FALSE(d.tblOther->isVisibleTo(&d));
 }
 
