@@ -46,7 +46,7 @@ void ReadMany(benchmark::State& state, bool dieTypes) {
     gandrel::ClearDieTypes();
     gandrel::AlwaysAddItems.assign(1, "");
     gandrel::ReadDefinitions(file.Path());
-    benchmark::DoNotOptimize(gandrel::Define.size() + gandrel::AlwaysAddItems.size());
+    benchmark::DoNotOptimize(gandrel::dieTypes.Define.size() + gandrel::AlwaysAddItems.size());
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }

@@ -2,7 +2,9 @@
 # Builds the fuzz targets and runs one of them for a while.
 #
 #   fuzz/run.sh TARGET [SECONDS]   fuzz TARGET (fuzz_calc, fuzz_evaluate,
-#                                  fuzz_replacevars) for SECONDS (default 180)
+#                                  fuzz_replacevars, fuzz_tokenize,
+#                                  fuzz_runscript, fuzz_distribution) for
+#                                  SECONDS (default 180)
 #   fuzz/run.sh merge TARGET       fold what the runs found into the committed
 #                                  corpus, keeping only inputs that add coverage
 #
@@ -57,7 +59,11 @@ started=$(date +%s)
 # 2 GB is a runaway text. fuzz_calc reads no input longer than 200 bytes.
 limits=(-timeout=5 -rss_limit_mb=2048)
 [ "$target" = fuzz_calc ] && limits+=(-max_len=200)
-case "$target" in fuzz_tokenize|fuzz_runscript) limits+=(-dict=fuzz/script.dict) ;; esac
+case "$target" in
+  fuzz_tokenize|fuzz_runscript) limits+=(-dict=fuzz/script.dict) ;;
+  # A die value is worked out exactly and estimated within about a quarter of a second.
+  fuzz_distribution) limits+=(-dict=fuzz/dice.dict -max_len=200) ;;
+esac
 status=0
 "$build/fuzz/$target" -max_total_time="$seconds" "${limits[@]}" \
   -artifact_prefix=fuzz/ -print_final_stats=1 \

@@ -31,6 +31,7 @@
 #include "app/WindowFit.h"
 #include "app/frmAbout.h"
 #include "app/frmDefine.h"
+#include "app/frmDistribution.h"
 #include "app/frmHelp.h"
 #include "app/frmPrefs.h"
 #include "calc/Basic.h"
@@ -109,6 +110,7 @@ void frmMain::BuildLayout() {
   comboDieValue->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   comboDieValue->setMinimumContentsLength(16);
   btnRoll = MakeButton(tr("&Roll"), this, "btnRoll");
+  btnDistribution = MakeButton(tr("Distri&bution..."), this, "btnDistribution");
   auto* dieValueCaption = new QLabel(tr("Die value:"), this);
   dieValueCaption->setBuddy(comboDieValue);
 
@@ -195,6 +197,7 @@ void frmMain::BuildLayout() {
   top->addWidget(dieValueCaption);
   top->addWidget(comboDieValue, 1);
   top->addWidget(btnRoll);
+  top->addWidget(btnDistribution);
   auto* bottom = new QHBoxLayout;
   bottom->addWidget(btnPrefs);
   bottom->addWidget(btnDefine);
@@ -250,6 +253,9 @@ void frmMain::ConnectHandlers() {
   connect(btnHelp, &QPushButton::clicked, this, &frmMain::ShowHelp);
   auto* help = new QShortcut(QKeySequence::HelpContents, this);
   connect(help, &QShortcut::activated, this, &frmMain::ShowHelp);
+  connect(btnDistribution, &QPushButton::clicked, this, &frmMain::ShowDistribution);
+  auto* f9 = new QShortcut(QKeySequence(Qt::Key_F9), this);
+  connect(f9, &QShortcut::activated, this, &frmMain::ShowDistribution);
   connect(btnExit, &QPushButton::clicked, this, &QWidget::close);
 
   // Escape asks a running roll or script to stop; it reaches here while the
@@ -556,6 +562,10 @@ void frmMain::ShowDefine() {
   frmDefine dialog(this);
   connect(&dialog, &frmDefine::applied, this, &frmMain::StorePlacement);
   dialog.exec();
+}
+
+void frmMain::ShowDistribution() {
+  if (Idle()) frmDistribution::Open(this, comboDieValue->currentText());
 }
 
 void frmMain::ShowAbout() {

@@ -89,6 +89,7 @@ class frmMain : public QWidget, public MainView {
   // Controls, named as the rest of Gandrel names them.
   QComboBox* comboDieValue;
   QPushButton* btnRoll;
+  QPushButton* btnDistribution;  // and F9: the calculator's window for the die value
   // The total, as large as its room allows; under it the die value it
   // belongs to, and the hints about it (hidden when there are none).
   ResultLabel* lblResult;
@@ -127,6 +128,7 @@ class frmMain : public QWidget, public MainView {
   void ShowPrefs();
   void ShowDefine();
   void ShowAbout();
+  void ShowDistribution();
   void SetRollControlsEnabled(bool enabled);
   void RollFromEnter();
   // No roll and no script under way.

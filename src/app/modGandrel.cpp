@@ -16,6 +16,7 @@
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "dice/modDiceCalc.h"
+#include "script/ScriptKeywords.h"
 #include "script/modScript.h"
 
 namespace gandrel {
@@ -217,15 +218,19 @@ static void ReportRollError(const RuntimeError& error, bool reachedDice) {
   }
 }
 
-static void RollExpression(Request& request) {
+// An expression: its default dice filled in and kept in the history (unless
+// that was done before, expanded), then rolled and calculated.
+static void RollExpression(Request& request, bool expanded = false) {
   request.isScript = false;
   std::optional<RuntimeError> error;
   unsigned long long termsBefore = DiceTermsRolled();
   try {
     error = TrapRuntimeError([&] {
-      ExpandDice(request.dieValue);
-      KeepInHistory(request, request.dieValue);
-      request.boxText = request.dieValue;
+      if (!expanded) {
+        ExpandDice(request.dieValue);
+        KeepInHistory(request, request.dieValue);
+        request.boxText = request.dieValue;
+      }
       request.logText.clear();
       request.value = Calc(request.dieValue, request.logText, request.failure);
     });
@@ -312,6 +317,66 @@ static RollOutcome WorkOut(const std::string& typed, std::optional<std::string>&
   outcome.clipboard = " rolls " + outcome.result + " on " + outcome.dieValueText;
   outcome.hints = HintsFor(typed, outcome.result, request.failure);
   return outcome;
+}
+
+// ---- One die value rolled many times ------------------------------------------
+
+// What the result label shows for a request worked out to its end.
+static std::string ResultShown(Request& request) {
+  RollOutcome outcome;
+  std::optional<std::string> toWindow;
+  Show(request, outcome, toWindow);
+  return outcome.result;
+}
+
+RepeatedRoll::RepeatedRoll(const std::string& dieValue) {
+  Request request;
+  request.dieValue = Trim(dieValue);
+  if (Left(request.dieValue, 1) == "@") request.dieValue = "=" + request.dieValue;
+  const std::string& value = request.dieValue;
+  if (IsScriptFileName(value) || value == kCurrentScript) {
+    request.isScript = true;
+    SplitScriptText();
+    lines_ = ScriptLines;
+    std::string tokenError;
+    TokenizeScript(lines_, tokenError);
+    if (!tokenError.empty()) {
+      request.dieValue = tokenError;
+      text_ = ResultShown(request);
+      return;
+    }
+    kind_ = Kind::Script;
+    for (const std::string& line : lines_)
+      changesDieTypes_ =
+          changesDieTypes_ || CodeOf(line) == ScriptCode::Die || CodeOf(line) == ScriptCode::Define;
+  } else if (value.empty()) {
+    text_ = ResultShown(request);
+  } else if (value.front() == '=') {
+    kind_ = Kind::Script;
+    lines_ = {std::string(), std::string(1, '\0') + "result" + value};
+  } else if (TrapRuntimeError([&] { ExpandDice(request.dieValue); })) {
+    text_ = kErrorMarker;
+  } else {
+    kind_ = Kind::Expression;
+    text_ = request.dieValue;
+  }
+}
+
+std::string RepeatedRoll::Roll() {
+  Request request;
+  switch (kind_) {
+    case Kind::Fixed:
+      return text_;
+    case Kind::Script:
+      request.isScript = true;
+      RunScript(lines_, request.resultText, request.logText);
+      break;
+    case Kind::Expression:
+      request.dieValue = text_;
+      RollExpression(request, true);
+      break;
+  }
+  return ResultShown(request);
 }
 
 RollOutcome WorkOutRoll(const std::string& dieValue) {

@@ -98,6 +98,29 @@ RollOutcome WorkOutRoll(const std::string& dieValue);
 // True when the die value names a script file: ".die" anywhere, in any case.
 bool IsScriptFileName(const std::string& dieValue);
 
+// A die value classified and made ready once, as the Roll request would (the
+// editor's script split and tokenized, a one-line script built, an
+// expression's default dice filled in), then rolled as often as wanted: each
+// Roll() gives the text the result label would show. Nothing is shown and
+// nothing is kept: no history, no die-value box, no clipboard, no message box
+// for a "~TOWIN~" result. The engine's own messages still go to UI(), and a
+// break asked for during a roll ends it as "<break>". The break flags are
+// left for the caller to clear. For the calculator's estimate.
+class RepeatedRoll {
+ public:
+  explicit RepeatedRoll(const std::string& dieValue);
+  std::string Roll();
+  // The script holds DIE or DEFINE: one roll may change what the next rolls.
+  bool ChangesDieTypes() const { return changesDieTypes_; }
+
+ private:
+  enum class Kind { Fixed, Script, Expression };
+  Kind kind_ = Kind::Fixed;
+  std::string text_;                // the fixed result, or the expanded expression
+  std::vector<std::string> lines_;  // the tokenized script, 1-based
+  bool changesDieTypes_ = false;
+};
+
 // Puts value into the history under the history settings and, when the list
 // changed, shows it with value in the box.
 void AddToHistory(std::string& value);

@@ -10,6 +10,7 @@ namespace gandrel::cli {
 namespace {
 
 constexpr long kMaxRepeat = 2147483647;
+constexpr long kMaxSamples = 1000000000;
 
 struct OptionText {
   std::string name;   // "--seed", "-n"
@@ -70,6 +71,15 @@ static std::string SetRepeat(const std::string& text, CliOptions& options) {
   return "";
 }
 
+static std::string SetSamples(const std::string& text, CliOptions& options) {
+  uint64_t count;
+  if (!ReadWhole(text, count) || count < 1 || count > static_cast<uint64_t>(kMaxSamples))
+    return "'" + text + "' is not a number of rolls: give a whole number from 1 to " +
+           std::to_string(kMaxSamples);
+  options.samples = static_cast<long>(count);
+  return "";
+}
+
 std::string ParseCliOptions(const std::vector<std::string>& args, CliOptions& options) {
   for (size_t i = 0; i < args.size(); ++i) {
     const std::string& arg = args[i];
@@ -84,9 +94,11 @@ std::string ParseCliOptions(const std::vector<std::string>& args, CliOptions& op
     }
     OptionText option = SplitOption(arg);
     const std::string& name = option.name;
-    bool takesValue = name == "--seed" || name == "-n" || name == "--repeat" || name == "--config";
+    bool takesValue = name == "--seed" || name == "-n" || name == "--repeat" ||
+                      name == "--config" || name == "--samples";
     bool isFlag = name == "-q" || name == "--quiet" || name == "--json" || name == "-h" ||
-                  name == "--help" || name == "--version";
+                  name == "--help" || name == "--version" || name == "-D" ||
+                  name == "--distribution";
     if (!takesValue && !isFlag) {
       return "unknown option '" + arg + "' (write -- before a die value that begins with '-')";
     }
@@ -108,12 +120,18 @@ std::string ParseCliOptions(const std::vector<std::string>& args, CliOptions& op
       problem = SetSeed(option.value, options);
     } else if (name == "-n" || name == "--repeat") {
       problem = SetRepeat(option.value, options);
+    } else if (name == "-D" || name == "--distribution") {
+      options.distribution = true;
+    } else if (name == "--samples") {
+      problem = SetSamples(option.value, options);
     } else {
       if (option.value.empty()) return "option '" + name + "' needs a folder";
       options.configDir = option.value;
     }
     if (!problem.empty()) return problem;
   }
+  if (options.distribution && options.repeat != 1)
+    return "option '-n' does not go with --distribution";
   return "";
 }
 
@@ -137,6 +155,14 @@ std::string CliHelpText() {
          "      --seed N      reproducible rolls from the whole number N\n"
          "  -n, --repeat N    roll each die value N times\n"
          "      --config DIR  read gandrel.ini, gandrel.def and gandrel.dat from DIR\n"
+         "  -D, --distribution\n"
+         "                    print the distribution of each die value instead of a\n"
+         "                    roll: every result, its probability, at least and at\n"
+         "                    most, then the mean and the rest; exact when it can be\n"
+         "                    worked out, otherwise estimated from real rolls (a\n"
+         "                    script's prompts take their defaults, no file is\n"
+         "                    written); with --json one object per die value\n"
+         "      --samples N   estimate from at most N rolls (default 1000000)\n"
          "  -h, --help        show this help and exit\n"
          "      --version     show the version and exit\n"
          "\n"
@@ -156,7 +182,8 @@ std::string CliHelpText() {
          "\n"
          "Exit status: 0 when every roll gave a result, 1 when a roll ended in\n"
          "<error>, <calc error>, <script error> or <break> or a script file could not\n"
-         "be read, 2 for a usage error.\n"
+         "be read, 2 for a usage error. With --distribution, 1 when a die value can\n"
+         "only end in those markers or its distribution could not be worked out.\n"
          "Rolling arguments or piped die values, Ctrl-C breaks the roll under way and\n"
          "stops; a second Ctrl-C ends at once.\n";
 }

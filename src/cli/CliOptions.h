@@ -16,6 +16,10 @@ struct CliOptions {
   std::optional<uint64_t> seed;
   long repeat = 1;  // each die value this many times
   std::optional<std::string> configDir;
+  // --distribution: the distribution of each die value instead of a roll,
+  // estimated from this many rolls when it cannot be worked out exactly.
+  bool distribution = false;
+  long samples = 1000000;
   // From the arguments; none means: read them from standard input.
   std::vector<std::string> dieValues;
 };

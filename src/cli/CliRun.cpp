@@ -18,6 +18,7 @@
 #include "calc/Markers.h"
 #include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
+#include "cli/CliDistribution.h"
 #include "cli/CliInteractive.h"
 #include "cli/CliJson.h"
 #include "cli/CliScripts.h"
@@ -308,6 +309,8 @@ int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err) {
   Attached attached(view, ui, windows);
   StartUp();
   if (options.seed) SeedRandom(*options.seed);
+  if (options.distribution)
+    return FinishOutput(out, err, 0, PrintDistributions(options, in, out, err));
 
   RollLoop loop(options, out, view, windows);
   if (options.dieValues.empty() && setup.interactive) {

@@ -56,7 +56,7 @@ Outcomes RollResults(std::string text, Work& work) {
   if (TrapRuntimeError([&] { ExpandDice(text); }) || Len(text) > kLongestText)
     return Certain("<error>");
   Outcomes found = text.find('"') != std::string::npos
-                       ? QuotedResults(text, work)
+                       ? QuotedResults(text, ResultMode::Roll, work)
                        : ExpressionResults(text, ResultMode::Roll, work);
   auto escaped = found.texts.find(kEscapedError);
   if (escaped != found.texts.end()) {
@@ -73,6 +73,9 @@ Outcomes ResultsOf(std::string_view dieValue, Work& work) {
   if (Left(value, 1) == "@") value.insert(0, "=");
   if (InStr(LCase(value), ".die") > 0 || value == "<current script>")
     GiveUp(NotExactReason::Script, "a script: only running it tells");
+  // The marks the computation writes into its own texts must not come in.
+  if (value.find_first_of(std::string{kSlotMark} + kEscapedError) != std::string::npos)
+    GiveUp(NotExactReason::Unsupported, "a control character that the calculator uses itself");
   if (value.empty()) return Certain("0");
   if (value[0] == '=') return ScriptLineResults(value, work);
   return RollResults(value, work);

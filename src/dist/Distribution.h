@@ -12,7 +12,10 @@
 // file, terms whose totals feed each other past the budget, too many
 // combinations, an @ function in a context it cannot follow, a cancelled
 // computation) the distribution says so: method NotExact with the reason, and
-// no outcomes. The caller then estimates by rolling.
+// no outcomes. The caller then estimates by rolling: the shell rolls the die
+// value as the Roll button does and turns the counted results into the same
+// form (DistributionOf), method MonteCarlo, keeping the reason the exact
+// computation gave.
 #pragma once
 
 #include <functional>
@@ -23,7 +26,7 @@
 
 namespace gandrel {
 
-enum class DistMethod { Exact, NotExact };
+enum class DistMethod { Exact, MonteCarlo, NotExact };
 
 enum class NotExactReason {
   None,
@@ -67,6 +70,11 @@ struct Distribution {
   // of a numeric result at least (at most) its value. Markers count as neither.
   std::vector<double> atLeast;
   std::vector<double> atMost;
+  // An estimate by rolling: the rolls counted, and the standard error of the
+  // mean (the numeric results' sample deviation over the root of their
+  // number; 0 with fewer than two numeric results).
+  long long samples = 0;
+  double standardError = 0;
 };
 
 struct DistOptions {

@@ -85,11 +85,16 @@ std::string CalculatedText(const std::string& text, ResultMode mode) {
     std::string details;
     if (TrapRuntimeError([&] { value = Calc(t, details); })) return kEscapedError;
     failed = t == "<calc error>";
+    if (mode == ResultMode::Text) {
+      t = Trim(t);
+      std::erase(t, '"');
+      return Trim(t);
+    }
   } else {
     value = Evaluate(t);
     failed = !t.empty() && t[0] == '%';
   }
-  if (failed) return mode == ResultMode::Roll ? "<calc error>" : "0";
+  if (failed) return mode == ResultMode::Number ? "0" : "<calc error>";
   return FormatNumber(value);
 }
 

@@ -19,6 +19,10 @@ enum class ResultMode {
   Roll,    // the result label after a roll: the number, or "<calc error>"
   Number,  // the value written as a number, 0 when the calculation fails: a
            // one-line script's result, a piece before a quote, a function's argument
+  Text,    // a one-line script's result when its expression holds a double
+           // quote: the text Calc leaves (the pieces around the quoted
+           // stretches replaced by their values), trimmed, quotes taken out;
+           // "<calc error>" when the calculation fails
 };
 
 // Stands for a run-time error that escapes the calculation (a text grown past

@@ -24,9 +24,16 @@ long IndexOf(const ValueDist& dist, double value) {
   return it != dist.values.end() && *it == scaled ? it - dist.values.begin() : -1;
 }
 
+// More rounds than any budget would let through: a repeat probability a
+// hair below 1 (a total that is almost always the highest) would need
+// hundreds of millions.
+constexpr double kMostRounds = 100000;
+
 // How many rounds keep what is left out at most leftOut, for a repeat
-// probability q below 1.
+// probability q below 1; gives up when that is more than kMostRounds.
 int Depth(double q, double leftOut) {
+  if (!(std::log(leftOut) / std::log(q) < kMostRounds))
+    GiveUp(NotExactReason::Budget, "a roll that repeats too often to follow");
   int depth = 1;
   for (double left = q; left > leftOut; left *= q)
     ++depth;

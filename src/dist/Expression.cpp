@@ -83,7 +83,7 @@ ValueDist ValuesOfTexts(const Outcomes& found) {
   return dist;
 }
 
-Outcomes QuotedResults(const std::string& text, Work& work) {
+Outcomes QuotedResults(const std::string& text, ResultMode mode, Work& work) {
   // Each outside stretch that is not empty becomes a slot holding the text
   // of its value; the quoted stretches stay as written.
   Template tmpl;
@@ -104,7 +104,7 @@ Outcomes QuotedResults(const std::string& text, Work& work) {
     tmpl.text += kSlotMark;
   }
   Outcomes out;
-  EnumerateTemplate(tmpl, ResultMode::Roll, 1, out, work);
+  EnumerateTemplate(tmpl, mode, 1, out, work);
   return out;
 }
 

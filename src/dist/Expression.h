@@ -24,9 +24,10 @@ Outcomes TemplateResults(const Template& tmpl, ResultMode mode, Work& work);
 // one distribution; gives up for a value that cannot be kept exact.
 ValueDist ValuesOfTexts(const Outcomes& found);
 
-// The texts of a roll of text that holds a double quote: every piece outside
-// the quoted stretches calculated on its own, as Calc does, and the whole
-// then calculated with those pieces in place.
-Outcomes QuotedResults(const std::string& text, Work& work);
+// The texts that calculating text, which holds a double quote, shows (mode
+// Roll: a roll's; mode Text: a one-line script's): every piece outside the
+// quoted stretches calculated on its own, as Calc does, and the whole then
+// calculated with those pieces in place.
+Outcomes QuotedResults(const std::string& text, ResultMode mode, Work& work);
 
 }  // namespace gandrel

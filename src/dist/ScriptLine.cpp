@@ -32,14 +32,21 @@ bool DieBeforeSlot(const std::string& text) {
   return false;
 }
 
-// The expression holds a double quote: the result is its text, quotes taken
-// out (the dice in it are rolled, and shown nowhere).
+// The expression holds a double quote: Calc works out the pieces around the
+// quoted stretches and leaves the text with their values in place, which the
+// result shows without its quotes.
 Outcomes QuotedText(const Template& expr, Work& work) {
   Outcomes out;
   ForEachFilling(expr, 1, out, work, [&](const std::string& text, double p) {
-    std::string shown = Trim(text);
-    std::erase(shown, '"');
-    out.Add(Trim(shown), p);
+    std::string expanded = text;
+    if (TrapRuntimeError([&] { ExpandAllDice(expanded); })) {
+      out.Add(kEscapedError, p);
+      return;
+    }
+    Outcomes found = QuotedResults(expanded, ResultMode::Text, work);
+    for (const auto& [shown, q] : found.texts)
+      out.Add(shown, p * q);
+    out.truncated += p * found.truncated;
   });
   return out;
 }

@@ -3,7 +3,8 @@
 // The @ function calls are replaced by what their handlers leave, from the
 // left; the rest is expanded and calculated, and the result shows the value
 // as a number, 0 when the calculation fails. When the expression holds a
-// double quote the result is the expression itself, quotes taken out.
+// double quote the result is the text Calc leaves (the pieces around the
+// quoted stretches replaced by their values), quotes taken out.
 #pragma once
 
 #include <string>

@@ -56,7 +56,9 @@ void Summarize(Distribution& dist) {
     const DistOutcome& o = dist.outcomes[i];
     spread += o.probability * (o.value - s.mean) * (o.value - s.mean);
     below += o.probability;
-    if (!medianFound && below >= s.numeric / 2) {
+    // Half reached up to the rounding of the sum: the median of 1d20 is 10,
+    // although twenty twentieths add up to a hair below one half at ten.
+    if (!medianFound && below >= s.numeric / 2 * (1 - 1e-12)) {
       s.median = o.value;
       medianFound = true;
     }

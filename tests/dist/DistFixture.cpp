@@ -1,14 +1,11 @@
 #include "dist/DistFixture.h"
 
 #include <algorithm>
-#include <cmath>
-#include <functional>
 
-#include "calc/EngineSettings.h"
 #include "calc/Basic.h"
+#include "calc/EngineSettings.h"
 #include "calc/NumberText.h"
 #include "calc/modGRCalcs.h"
-#include "dice/Random.h"
 #include "dice/modDiceCalc.h"
 #include "functions/modScriptFunctions.h"
 
@@ -29,13 +26,14 @@ std::string RollOnce(const std::string& dieValue) {
   if (line.find('@') != std::string::npos) ProcFunc(line, details, VarStore{});
   if (line == "<script error>") return line;
   SplitAssignment(line, name);
-  if (line.find('"') != std::string::npos) {
-    std::string quoted = Trim(line);
-    std::erase(quoted, '"');
-    return Trim(quoted);
-  }
+  const bool quoted = line.find('"') != std::string::npos;
   ExpandAllDice(line);
-  return FormatNumber(Calc(line, details));
+  double number = Calc(line, details);
+  if (!quoted) return FormatNumber(number);
+  // Calc leaves the text with the pieces around the quotes worked out.
+  line = Trim(line);
+  std::erase(line, '"');
+  return Trim(line);
 }
 
 }  // namespace
@@ -56,50 +54,8 @@ Shown ShownOf(const Distribution& dist) {
   return shown;
 }
 
-void ExpectShown(const Shown& actual, const Shown& expected, double tolerance) {
-  // A text that only one side holds counts as held with probability 0.
-  Shown all = expected;
-  all.insert(actual.begin(), actual.end());
-  for (const auto& entry : all) {
-    const std::string& text = entry.first;
-    auto a = actual.find(text), e = expected.find(text);
-    double pa = a == actual.end() ? 0 : a->second, pe = e == expected.end() ? 0 : e->second;
-    EXPECT_NEAR(pa, pe, tolerance) << "\"" << text << "\"";
-    // A text found with probability 0 on one side only is an outcome that
-    // cannot happen; one found with more than the tolerance, a lost outcome.
-    double p = std::max(pa, pe);
-    if ((a == actual.end()) != (e == expected.end()) && (p == 0 || p > tolerance))
-      ADD_FAILURE() << "\"" << text << "\" on one side only";
-  }
-}
-
 Shown RolledThrough(const std::string& dieValue, double faces, int maxDraws, double* cut) {
-  Shown shown;
-  if (cut) *cut = 0;
-  // A sequence is complete when the roll leaves the value after it unread.
-  std::vector<double> draws;
-  std::function<void(double)> walk = [&](double p) {
-    std::vector<double> scripted = draws;
-    scripted.push_back(0.5);
-    ScriptRandom(scripted);
-    std::string result = RollOnce(dieValue);
-    if (random_detail::scriptedPending) {
-      ScriptRandom({});
-      shown[result] += p;
-      return;
-    }
-    if (static_cast<int>(draws.size()) == maxDraws) {
-      if (cut) *cut += p;
-      return;
-    }
-    for (double face = 1; face <= faces; ++face) {
-      draws.push_back(FaceToRnd(face, faces));
-      walk(p / faces);
-      draws.pop_back();
-    }
-  };
-  walk(1);
-  return shown;
+  return EveryFaceSequence([&] { return RollOnce(dieValue); }, faces, maxDraws, cut);
 }
 
 }  // namespace gandrel::testing

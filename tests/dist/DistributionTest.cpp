@@ -143,6 +143,11 @@ TEST_F(Distributions, SummaryAndCumulativeProbabilities) {
   EXPECT_EQ(dist.summary.min, 3);
   EXPECT_EQ(dist.summary.max, 18);
   EXPECT_EQ(dist.summary.median, 10);
+  // The smallest value that half of the mass reaches, however the sum rounds.
+  const std::pair<const char*, double> medians[] = {
+      {"1d20+2", 12}, {"1d2", 1}, {"1d4", 2}, {"1d10/10", .5}, {"2d2", 3}};
+  for (const auto& [dieValue, median] : medians)
+    EXPECT_EQ(ComputeDistribution(dieValue).summary.median, median) << dieValue;
   EXPECT_NEAR(ProbabilityAtLeast(dist, 15), 20.0 / 216, 1e-12);
   EXPECT_NEAR(ProbabilityAtLeast(dist, 14.5), 20.0 / 216, 1e-12);
   EXPECT_NEAR(ProbabilityAtMost(dist, 4), 4.0 / 216, 1e-12);
@@ -203,6 +208,11 @@ TEST_F(Distributions, WhatIsNotExactSaysWhy) {
       {"10d6*10d6", 100, NotExactReason::Budget},
       {"d10d10d10", 1000, NotExactReason::Dependent},
       {"100000000d6", 1e7, NotExactReason::Budget},
+      // Characters the computation marks its own texts with.
+      {"\x01"
+       "1d6",
+       1e7, NotExactReason::Unsupported},
+      {"=\"\x02\"", 1e7, NotExactReason::Unsupported},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.dieValue);

@@ -42,6 +42,8 @@ TEST_F(Functions, SameAsTheEngineOverEverySequenceOfFaces) {
       {"@llimit(5,1d3+1d3)", 3},
       {"=@best(1,1d3)d3", 3},
       {"=\"hi\"+@best(1,2d3)", 3},
+      // Calc works out the pieces around the quotes; the result shows its text.
+      {"=1d3 \"and\" @best(1,2d3) \"!\"", 3},
       {"=@best(1,1d3)+@worst(1,2d3)", 3},
   };
   for (const auto& c : cases) {
@@ -139,6 +141,8 @@ TEST_F(Functions, WhatIsNotFollowedSaysWhy) {
       {"=2*@best(2,3d6 + 1)", NotExactReason::Unsupported},
       {"@cap(1,3,2dbad)", NotExactReason::Unsupported},
       {"@wild(1d1)", NotExactReason::NeverEnds},
+      // A total almost always the highest: far too many rounds to follow.
+      {"=2*@wild(9d6\f\f\f\fw\\rs.\f\f\f\f)", NotExactReason::Budget},
       {"@cap(1,9,20d10)*2", NotExactReason::Budget},
   };
   for (const auto& c : cases) {

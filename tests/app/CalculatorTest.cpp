@@ -1,0 +1,285 @@
+// The dice calculator as the front ends call it: the exact distributions
+// against the real Roll request, the estimate from real rolls against the
+// exact answers, and what an estimate must leave untouched.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <string>
+
+#include "ShellFixture.h"
+#include "app/Calculator.h"
+#include "calc/EngineSettings.h"
+#include "calc/Pump.h"
+#include "calc/RunFlags.h"
+#include "dice/Random.h"
+#include "dice/modDiceCalc.h"
+#include "script/ScriptFiles.h"
+#include "support/ForcedFaces.h"
+
+namespace gandrel::testing {
+namespace {
+
+class CalculatorTest : public ShellTest {
+ protected:
+  void SetUp() override {
+    ShellTest::SetUp();
+    for (std::string s : {"define dfate = -1 to 1", "define dfib = 1,1,2,3,5"})
+      ParseDefine(s);
+  }
+};
+
+Shown ShownOf(const Distribution& dist) {
+  Shown shown;
+  for (const DistOutcome& o : dist.outcomes)
+    shown[o.text] += o.probability;
+  return shown;
+}
+
+// What the Roll request itself shows, every sequence of faces forced on it.
+Shown RequestedThrough(const std::string& dieValue, double faces, double* cut = nullptr) {
+  return EveryFaceSequence([&] { return WorkOutRoll(dieValue).result; }, faces, 9, cut);
+}
+
+// The same, rolled the way the estimate rolls.
+Shown RepeatedThrough(const std::string& dieValue, double faces, double* cut = nullptr) {
+  RepeatedRoll roll(dieValue);
+  return EveryFaceSequence([&] { return roll.Roll(); }, faces, 9, cut);
+}
+
+TEST_F(CalculatorTest, ExactOutcomesAreWhatTheRollRequestShows) {
+  const struct {
+    const char* dieValue;
+    double faces;
+  } cases[] = {
+      {"2d3+1d3", 3},
+      {"d3d3", 3},
+      {"1d3/(1d3-1)", 3},
+      {"1d3*99999999999999999", 3},
+      {"3dfate-1", 3},
+      {"2dfib", 5},
+      {"\"x\"+1d3", 3},
+      {"  2d3 ", 3},
+      {"@best(3,4d3)", 3},
+      {"@worst(1,2d3)", 3},
+      {"=2*@best(2,3d3)", 3},
+      {"=5-@best(2,3d3)", 3},
+      {"@cap(2,3,4d3-1)", 3},
+      {"@lcap(2,2d3+1dfate)", 3},
+      {"@limit(3,5,2d3)", 3},
+      {"=@ulimit(4,2d3-1d3)*2", 3},
+      {"=@best(1,1d3)d3", 3},
+      {"=\"hi\"+@best(1,2d3)", 3},
+      {"= \"You rolled \" 1d3", 3},
+      {"=1d3 \"and\" 1d3 \" and \" 1d3", 3},
+      {"= 2d3 \"pts\"", 3},
+      {"=\"x\"", 3},
+      {"=1d3/0 \"a\" 1d3-1", 3},
+      {"=\"a\"+1d3+\"b\"", 3},
+      {"=@best(1,2d3) \"best\"", 3},
+      {"=@best(1,1d3)+@worst(1,2d3)", 3},
+      {"=1/0", 3},
+      {"=3d3>=5", 3},
+      {"@foo(1)", 3},
+      {"@best(3 4d6)", 3},
+      {"@wild(2d3)", 3},
+      {"@wilddice(1d3-1d3)", 3},
+      {"@swwild(2d3)", 3},
+      {"=2*@wild(1d3)", 3},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.dieValue);
+    Distribution dist = ComputeDistribution(c.dieValue);
+    ASSERT_EQ(dist.method, DistMethod::Exact) << dist.reason;
+    double cut = 0, repeatedCut = 0;
+    Shown requested = RequestedThrough(c.dieValue, c.faces, &cut);
+    ExpectShown(ShownOf(dist), requested, cut + 1e-12);
+    Shown repeated = RepeatedThrough(c.dieValue, c.faces, &repeatedCut);
+    ExpectShown(ShownOf(dist), repeated, repeatedCut + 1e-12);
+  }
+}
+
+// Four standard errors: a fair estimate strays further once in 16,000.
+void ExpectWithinFourStandardErrors(const Distribution& estimate, const Distribution& exact) {
+  ASSERT_EQ(estimate.method, DistMethod::MonteCarlo) << estimate.reason;
+  ASSERT_GT(estimate.standardError, 0);
+  EXPECT_NEAR(estimate.summary.mean, exact.summary.mean, 4 * estimate.standardError);
+  // The standard error is the deviation over the root of the rolls.
+  EXPECT_NEAR(estimate.standardError * std::sqrt(static_cast<double>(estimate.samples)),
+              exact.summary.sd, exact.summary.sd * 0.02);
+  for (size_t i = 0; i < exact.outcomes.size(); ++i) {
+    const DistOutcome& o = exact.outcomes[i];
+    double p = ShownOf(estimate)[o.text];
+    double se = std::sqrt(o.probability * (1 - o.probability) / estimate.samples);
+    EXPECT_NEAR(p, o.probability, 4 * se + 1e-12) << o.text;
+  }
+}
+
+TEST_F(CalculatorTest, EstimatesAgreeWithTheExactAnswers) {
+  CalculatorOptions options;
+  options.rolls = 200000;
+  Distribution best = ComputeDistribution("@best(3,4d6)");
+  ExpectWithinFourStandardErrors(EstimateDistribution("@best(3,4d6)", options), best);
+
+  // Three of them added up in a loop: three times the mean, the outcomes of
+  // the sum of three independent ones.
+  view.script =
+      "var sum\r\nvar i\r\nfor i = 1 to 3\r\nsum = sum + @best(3,4d6)\r\nnext\r\nresult = sum";
+  options.rolls = 100000;
+  Distribution estimate = EstimateDistribution("<current script>", options);
+  Distribution three = ComputeDistribution("=@best(3,4d6)+@best(3,4d6)+@best(3,4d6)");
+  ASSERT_EQ(three.method, DistMethod::Exact) << three.reason;
+  EXPECT_NEAR(three.summary.mean, 3 * best.summary.mean, 1e-9);
+  ExpectWithinFourStandardErrors(estimate, three);
+}
+
+TEST_F(CalculatorTest, ExactWhenItCanBeEstimatedOtherwise) {
+  CalculatorOptions options;
+  options.rolls = 2000;
+  options.budget = 1000;
+  Distribution exact = CalculateDistribution("3d6+2", options);
+  EXPECT_EQ(exact.method, DistMethod::Exact);
+  EXPECT_EQ(MethodText(exact), "exact");
+
+  Distribution chained = CalculateDistribution("d10d10d10", options);
+  EXPECT_EQ(chained.method, DistMethod::MonteCarlo);
+  EXPECT_EQ(chained.why, NotExactReason::Dependent);
+  EXPECT_EQ(chained.samples, 2000);
+  EXPECT_GE(chained.summary.min, 1);
+  EXPECT_LE(chained.summary.max, 1000);
+
+  view.script = "result = 2d6";
+  Distribution script = CalculateDistribution("fight.die", options);
+  EXPECT_EQ(script.method, DistMethod::MonteCarlo);
+  EXPECT_EQ(MethodText(script), "estimated from 2000 rolls (a script: only running it tells)");
+  EXPECT_EQ(script.summary.min, 2);
+  EXPECT_EQ(script.summary.max, 12);
+
+  // A roll that would repeat until it is stopped is not rolled at all.
+  Distribution never = CalculateDistribution("@wild(1d1)", options);
+  EXPECT_EQ(never.method, DistMethod::NotExact);
+  EXPECT_EQ(never.why, NotExactReason::NeverEnds);
+  EXPECT_EQ(never.samples, 0);
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+// Prompts, windows, files, message boxes, the history, the clipboard, the
+// default die and the die types: an estimate leaves them all as they were.
+TEST_F(CalculatorTest, AnEstimateTouchesNothing) {
+  std::string path = PathOf("out.txt");
+  view.script =
+      "var x\r\nget x, How many?\r\nopen window w\r\nprint w, hello\r\n"
+      "open file f, " +
+      path +
+      "\r\nprint f, x\r\npause\r\ndisplay\r\n"
+      "winresult = 99\r\nresult = 1d + x\r\ndie 20\r\ndefine dnew = 7 to 7";
+  engineSettings.DieType = "4";
+  engineSettings.LongResults = true;
+  runFlags.LogOn = true;
+  DieHistory = OneBased("3d6 d20");
+  RecordingUI::Output* none = nullptr;
+  // Whatever runs while the estimate lets events run (a save as the window
+  // closes) sees the user's default die and die types, not the script's.
+  int seenScriptsState = 0;
+  ui.onPump = [&](long) {
+    seenScriptsState += engineSettings.DieType != "4" || dieTypes.Define.size() != 2;
+  };
+  SetPumpEveryCall(true);
+  CalculatorOptions options;
+  options.rolls = 300;
+  Distribution dist = EstimateDistribution("<current script>", options);
+  EXPECT_GT(ui.pumps, 300);
+  EXPECT_EQ(seenScriptsState, 0);
+  ui.onPump = nullptr;
+  SetPumpEveryCall(false);
+  ASSERT_EQ(dist.method, DistMethod::MonteCarlo);
+  // Every roll starts with the user's default die, d4: DIE 20 lasts one roll.
+  EXPECT_EQ(dist.summary.min, 1);
+  EXPECT_EQ(dist.summary.max, 4);
+  EXPECT_EQ(dist.samples, 300);
+  EXPECT_FALSE(std::filesystem::exists(path));
+  EXPECT_TRUE(ui.shown.empty());
+  EXPECT_EQ(ui.OutputNamed("w"), none);
+  EXPECT_TRUE(ui.messages.empty());
+  EXPECT_EQ(view.rolls, 0);
+  EXPECT_EQ(view.clipboard, "");
+  EXPECT_EQ(DieHistory, OneBased("3d6 d20"));
+  EXPECT_EQ(engineSettings.DieType, "4");
+  EXPECT_TRUE(engineSettings.LongResults);
+  EXPECT_TRUE(runFlags.LogOn);
+  EXPECT_FALSE(runFlags.ScriptRunning);
+  EXPECT_EQ(dieTypes.Define.size(), 2u);  // dfate only
+  // The interfaces are the test's again.
+  EXPECT_EQ(&UI(), &ui);
+  EXPECT_EQ(&Windows(), &ui);
+  // A script's own file layer: real files again.
+  Roll("<current script>");
+  EXPECT_TRUE(std::filesystem::exists(path));
+}
+
+TEST_F(CalculatorTest, CancelAndBreakStopAnEstimate) {
+  CalculatorOptions options;
+  options.rolls = 1000000;
+  int asked = 0;
+  options.progress = [&](CalculatorStep step, double done) {
+    EXPECT_EQ(step, CalculatorStep::Rolling);
+    EXPECT_GT(done, 0);
+    EXPECT_LT(done, 1);
+    return ++asked < 2;
+  };
+  view.script = "var i\r\nfor i = 1 to 200\r\nnext\r\nresult = 1d6";
+  Distribution stopped = EstimateDistribution("<current script>", options);
+  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(stopped.method, DistMethod::MonteCarlo);
+  EXPECT_GT(stopped.samples, 0);
+  EXPECT_LT(stopped.samples, 1000000);
+  EXPECT_NEAR(stopped.atMost.back(), 1, 1e-12);
+
+  // The user's break (Escape, Ctrl-C) ends the estimate, whether it comes
+  // while the script is tokenized or during a roll; the roll it cut short is
+  // not counted.
+  options.progress = nullptr;
+  options.rolls = 5000;
+  ui.onPump = [](long pump) {
+    if (pump == 5) runFlags.BreakRequested = true;
+  };
+  ui.pumps = 0;
+  SetPumpEveryCall(true);
+  Distribution broken = EstimateDistribution("<current script>", options);
+  EXPECT_EQ(broken.method, DistMethod::NotExact);
+  EXPECT_EQ(broken.why, NotExactReason::Cancelled);
+  EXPECT_FALSE(runFlags.BreakRequested);
+  ui.onPump = [](long pump) {
+    if (pump == 1000) runFlags.BreakRequested = true;
+  };
+  ui.pumps = 0;
+  Distribution later = EstimateDistribution("<current script>", options);
+  EXPECT_EQ(later.method, DistMethod::MonteCarlo);
+  EXPECT_LT(later.samples, 5000);
+  EXPECT_EQ(ShownOf(later).count("<break>"), 0u);
+}
+
+TEST_F(CalculatorTest, Texts) {
+  const std::pair<double, const char*> percents[] = {
+      {0, "0%"},           {1, "100.000%"},         {0.125, "12.500%"},     {1.0 / 216, "0.463%"},
+      {0.00001, "0.001%"}, {1.29e-10, "1.29e-08%"}, {0.999999, "100.000%"},
+  };
+  for (const auto& [p, text] : percents)
+    EXPECT_EQ(PercentText(p), text) << p;
+  Distribution dist = ComputeDistribution("1d3/3");
+  EXPECT_EQ(FigureText(dist, dist.summary.mean), "0.666667");
+  EXPECT_EQ(FigureText(ComputeDistribution("@foo(1)"), 0), "-");
+
+  EXPECT_EQ(DistributionCsv({{"1d2/(1d2-1)", ComputeDistribution("1d2/(1d2-1)")},
+                             {"@best(1,1d1)", ComputeDistribution("@best(1,1d1)")},
+                             {"=\"a,\"\"b\"", ComputeDistribution("=\"a,\"\"b\"")}}),
+            "die value,result,probability,at least,at most\r\n"
+            "1d2/(1d2-1),1,0.25,0.5,0.25\r\n"
+            "1d2/(1d2-1),2,0.25,0.25,0.5\r\n"
+            "1d2/(1d2-1),<calc error>,0.5,,\r\n"
+            "\"@best(1,1d1)\",1,1,1,1\r\n"
+            "\"=\"\"a,\"\"\"\"b\"\"\",\"a,0\",1,,\r\n");
+}
+
+}  // namespace
+}  // namespace gandrel::testing

@@ -1,0 +1,197 @@
+// The calculator's window: opened from the main window, one or two die
+// values charted and summed up, estimates that can be cancelled while the
+// window stays responsive, and the exports.
+#include "WindowFixture.h"
+#include "app/QtDistributionChart.h"
+#include "app/frmDistribution.h"
+
+namespace gandrel::testing {
+namespace {
+
+class DistributionWindowTest : public WindowTest {
+ protected:
+  // The summary's cell of the row named, for the die value in column.
+  std::string Summary(const char* row, int column = 0) {
+    frmDistribution* d = frmDistribution::Current();
+    for (int r = 0; r < d->tblSummary->rowCount(); ++r)
+      if (d->tblSummary->verticalHeaderItem(r)->text() == row)
+        return d->tblSummary->item(r, column)->text().toStdString();
+    return "?";
+  }
+
+  frmDistribution& Calculated(const QString& dieValue, const QString& compare = "") {
+    frmDistribution* d = frmDistribution::Current();
+    d->txtDieValue->setText(dieValue);
+    d->txtCompare->setText(compare);
+    QTest::mouseClick(d->btnCalculate, Qt::LeftButton);
+    return *d;
+  }
+};
+
+TEST_F(DistributionWindowTest, F9AndTheButtonOpenOneWindowForTheDieValue) {
+  frmMain& w = StartWindow();
+  w.comboDieValue->setEditText("3d6");
+  QTest::keyClick(&w, Qt::Key_F9);
+  frmDistribution* d = frmDistribution::Current();
+  ASSERT_NE(d, nullptr);
+  EXPECT_TRUE(d->isVisible());
+  EXPECT_EQ(d->txtDieValue->text(), "3d6");
+  EXPECT_EQ(Summary("method"), "exact");
+  EXPECT_EQ(Summary("mean"), "10.5");
+  EXPECT_EQ(Summary("median"), "10");
+  EXPECT_EQ(Summary("rolls"), "-");
+  ASSERT_EQ(d->chart->AllSeries().size(), 1u);
+  EXPECT_EQ(d->lblStatus->text(), "3d6: exact.");
+
+  // The button brings the same window back with the box's die value.
+  w.comboDieValue->setEditText(" 2d4 ");
+  QTest::mouseClick(w.btnDistribution, Qt::LeftButton);
+  EXPECT_EQ(frmDistribution::Current(), d);
+  EXPECT_EQ(d->txtDieValue->text(), "2d4");
+  EXPECT_EQ(Summary("max"), "8");
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+// Advantage against +2: both on one chart, in their own colours, and the
+// hover text gives each one's probability and cumulative percentages.
+TEST_F(DistributionWindowTest, TwoDieValuesComparedOnOneChart) {
+  frmMain& w = StartWindow();
+  QTest::keyClick(&w, Qt::Key_F9);
+  frmDistribution& d = Calculated("1d20+2", "@best(1,2d20)");
+  const auto& series = d.chart->AllSeries();
+  ASSERT_EQ(series.size(), 2u);
+  EXPECT_NE(series[0].color, series[1].color);
+  EXPECT_EQ(Summary("mean", 0), "12.5");
+  EXPECT_EQ(Summary("mean", 1), "13.825");
+  EXPECT_EQ(d.tblSummary->horizontalHeaderItem(1)->text(), "@best(1,2d20)");
+
+  d.resize(900, 500);
+  QPoint at(d.chart->XOf(15), d.chart->height() / 2);
+  EXPECT_EQ(d.chart->TipAt(at).toStdString(),
+            "15\n"
+            "1d20+2: 5.000%  (at least 40.000%, at most 65.000%)\n"
+            "@best(1,2d20): 7.250%  (at least 51.000%, at most 56.250%)");
+  EXPECT_EQ(d.chart->TipAt(QPoint(2, 2)), "");
+  // The curves' toggles.
+  QTest::mouseClick(d.chkAtLeast, Qt::LeftButton);
+  EXPECT_TRUE(d.chkAtLeast->isChecked());
+  EXPECT_FALSE(d.chart->grab().isNull());
+}
+
+// Texts that are no number are listed beside the chart, not drawn.
+TEST_F(DistributionWindowTest, ResultsThatAreNoNumberAreListed) {
+  frmMain& w = StartWindow();
+  QTest::keyClick(&w, Qt::Key_F9);
+  frmDistribution& d = Calculated("1d2/(1d2-1)");
+  ASSERT_EQ(d.tblOther->rowCount(), 1);
+  EXPECT_TRUE(d.tblOther->isVisibleTo(&d));
+  EXPECT_EQ(d.tblOther->item(0, 1)->text(), "<calc error>");
+  EXPECT_EQ(d.tblOther->item(0, 2)->text(), "50.000%");
+  EXPECT_EQ(Summary("failure"), "50.000%");
+  EXPECT_EQ(d.chart->AllSeries().front().dist.atLeast.size(), 2u);
+  // F9 in the window calculates again.
+  d.txtDieValue->setText("2d6");
+  QApplication::setActiveWindow(&d);
+  QTest::keyClick(&d, Qt::Key_F9);
+  EXPECT_EQ(Summary("max"), "12");
+  EXPECT_FALSE(d.tblOther->isVisibleTo(&d));
+}
+
+TEST_F(DistributionWindowTest, ScriptsAreEstimatedAndTheEstimateCanBeCancelled) {
+  frmMain& w = StartWindow();
+  w.txtScript->setPlainText("var i\nfor i = 1 to 20\nnext\nresult = 1d6 + 1d6");
+  QTest::keyClick(&w, Qt::Key_F9);
+  frmDistribution& d = *frmDistribution::Current();
+  d.rolls = 3000;
+  Calculated("<current script>");
+  EXPECT_EQ(Summary("method"), "estimated");
+  EXPECT_EQ(Summary("rolls"), "3000");
+  EXPECT_EQ(Summary("min"), "2");
+  EXPECT_EQ(Summary("max"), "12");
+  EXPECT_EQ(d.lblStatus->text(),
+            "<current script>: estimated from 3000 rolls (a script: only running it tells).");
+
+  // A long estimate: the window answers, the other windows wait, Cancel stops it.
+  d.rolls = 100000000;
+  bool checked = false;
+  QTimer::singleShot(150, [&] {
+    checked = true;
+    EXPECT_TRUE(d.Calculating());
+    EXPECT_TRUE(d.btnCancel->isVisible());
+    EXPECT_FALSE(w.isEnabled());
+    EXPECT_FALSE(d.btnCalculate->isEnabled());
+    QTest::mouseClick(d.btnCancel, Qt::LeftButton);
+  });
+  Calculated("<current script>");
+  EXPECT_TRUE(checked);
+  EXPECT_FALSE(d.Calculating());
+  EXPECT_TRUE(w.isEnabled());
+  EXPECT_EQ(Summary("method"), "estimated");
+  EXPECT_LT(std::stol(Summary("rolls")), 100000000);
+  EXPECT_TRUE(d.lblStatus->text().endsWith("Cancelled.")) << d.lblStatus->text().toStdString();
+  // The script's default die and die types are the user's again, and the
+  // main window's script untouched.
+  EXPECT_EQ(w.txtScript->toPlainText(), "var i\nfor i = 1 to 20\nnext\nresult = 1d6 + 1d6");
+  EXPECT_FALSE(runFlags.ScriptRunning);
+}
+
+// Escape cancels a calculation, and otherwise closes the window; closing the
+// window during a calculation closes it once the calculation has stopped.
+TEST_F(DistributionWindowTest, EscapeAndClosing) {
+  frmMain& w = StartWindow();
+  w.txtScript->setPlainText("result = 1d6");
+  QTest::keyClick(&w, Qt::Key_F9);
+  QPointer<frmDistribution> d = frmDistribution::Current();
+  d->rolls = 100000000;
+  QTimer::singleShot(100, [&] { QTest::keyClick(d.data(), Qt::Key_Escape); });
+  Calculated("<current script>");
+  EXPECT_TRUE(d->isVisible());
+  EXPECT_TRUE(d->lblStatus->text().endsWith("Cancelled."));
+
+  QTimer::singleShot(100, [&] { d->close(); });
+  Calculated("<current script>");
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(d.isNull());
+  EXPECT_EQ(frmDistribution::Current(), nullptr);
+  EXPECT_TRUE(w.isEnabled());
+}
+
+// Nothing is calculated while a roll or a script of the main window runs.
+TEST_F(DistributionWindowTest, NothingWhileAScriptRuns) {
+  frmMain& w = StartWindow();
+  QTest::keyClick(&w, Qt::Key_F9);
+  frmDistribution& d = Calculated("2d6");
+  int calculations = 0;
+  QObject::connect(&d, &frmDistribution::calculated, [&] { ++calculations; });
+  runFlags.ScriptRunning = true;
+  Calculated("3d6");
+  runFlags.ScriptRunning = false;
+  EXPECT_EQ(calculations, 0);
+  EXPECT_EQ(Summary("max"), "12");
+}
+
+TEST_F(DistributionWindowTest, ExportPngAndCsv) {
+  frmMain& w = StartWindow();
+  QTest::keyClick(&w, Qt::Key_F9);
+  frmDistribution& d = Calculated("1d2", "1d2/(1d2-1)");
+  QString png = folder.filePath("chart.png"), csv = folder.filePath("chart.csv");
+  ASSERT_TRUE(d.ExportPng(png));
+  QImage image(png);
+  EXPECT_EQ(image.size(), d.chart->size() * d.chart->devicePixelRatio());
+  ASSERT_TRUE(d.ExportCsv(csv));
+  EXPECT_EQ(ReadFile("chart.csv"),
+            "die value,result,probability,at least,at most\r\n"
+            "1d2,1,0.5,1,0.5\r\n"
+            "1d2,2,0.5,0.5,1\r\n"
+            "1d2/(1d2-1),1,0.25,0.5,0.25\r\n"
+            "1d2/(1d2-1),2,0.25,0.25,0.5\r\n"
+            "1d2/(1d2-1),<calc error>,0.5,,\r\n");
+  // A file where the folder should be: the user is told.
+  QString bad = csv + "/y.csv";
+  EXPECT_FALSE(d.ExportCsv(bad));
+  ASSERT_EQ(ui.messages.size(), 1u);
+  EXPECT_EQ(ui.messages[0].rfind("Gandrel could not write " + bad.toStdString() + ": ", 0), 0u);
+}
+
+}  // namespace
+}  // namespace gandrel::testing
