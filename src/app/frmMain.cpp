@@ -215,9 +215,9 @@ void frmMain::BuildLayout() {
 }
 
 void frmMain::SetTabOrder() {
-  QWidget* order[] = {comboDieValue, btnRoll,       chkResults, txtEachResult, btnNewScript,
-                      btnLoadScript, btnSaveScript, btnPrefs,   btnDefine,     btnAbout,
-                      btnHelp,       btnExit,       txtScript};
+  QWidget* order[] = {comboDieValue, btnRoll,       btnDistribution, chkResults, txtEachResult,
+                      btnNewScript,  btnLoadScript, btnSaveScript,   btnPrefs,   btnDefine,
+                      btnAbout,      btnHelp,       btnExit,         txtScript};
   for (size_t i = 1; i < std::size(order); ++i)
     setTabOrder(order[i - 1], order[i]);
 }

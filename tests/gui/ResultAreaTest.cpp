@@ -111,15 +111,16 @@ TEST_F(WindowTest, PickingAnotherEntryClearsTheTotal) {
   EXPECT_FALSE(w.lblHints->isVisibleTo(&w));
 }
 
-// Tab from the die-value box reaches Roll, See All, the details and every
+// Tab from the die-value box reaches Roll, Distribution, See All, the details and every
 // button before the script editor; in the editor Tab is a TAB.
 TEST_F(WindowTest, TabReachesTheButtonsBeforeTheEditor) {
   frmMain& w = StartWindow();
   w.chkResults->setChecked(true);
   w.comboDieValue->setFocus();
-  QWidget* expected[] = {w.btnRoll,       w.chkResults,    w.txtEachResult, w.btnNewScript,
-                         w.btnLoadScript, w.btnSaveScript, w.btnPrefs,      w.btnDefine,
-                         w.btnAbout,      w.btnHelp,       w.btnExit,       w.txtScript};
+  QWidget* expected[] = {w.btnRoll,      w.btnDistribution, w.chkResults,    w.txtEachResult,
+                         w.btnNewScript, w.btnLoadScript,   w.btnSaveScript, w.btnPrefs,
+                         w.btnDefine,    w.btnAbout,        w.btnHelp,       w.btnExit,
+                         w.txtScript};
   for (QWidget* next : expected) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), next) << next->objectName().toStdString();
