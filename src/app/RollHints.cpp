@@ -338,7 +338,7 @@ std::string FailureHint(const EvalFailure& failure, const std::optional<Scan>& s
 std::vector<std::string> RollHints(const std::string& dieValue, const std::string& result,
                                    const EvalFailure& failure) {
   std::string value = Trim(dieValue);
-  if (value.empty() || IsScriptFileName(value) || value == "<current script>") return {};
+  if (value.empty() || IsScriptFileName(value) || value == kCurrentScript) return {};
   if (result == kErrorMarker || result == kScriptErrorMarker || result == kBreakMarker) return {};
   bool script = value[0] == '=' || value[0] == '@';
   std::string expr = value[0] == '=' ? value.substr(1) : value;

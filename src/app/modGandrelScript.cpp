@@ -10,6 +10,7 @@
 
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
+#include "calc/Markers.h"
 #include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
 
@@ -21,8 +22,6 @@ ScriptEditorState scriptEditor;
 std::vector<std::string> ScriptLines(1);
 
 namespace {
-
-const char* const kCurrentScript = "<current script>";
 
 // The file that keeps the editor between runs: this first line, the file's
 // full name, the modified flag, and the text after "Text:" as it stands.
@@ -179,13 +178,13 @@ void ScriptTextChanged() {
 void ScriptEditorFocused() {
   if (runFlags.ScriptRunning) return;
   if (scriptEditor.ScriptFileName.empty() && View().DieValueText() != kCurrentScript)
-    View().SetDieValueText(kCurrentScript);
+    View().SetDieValueText(std::string(kCurrentScript));
 }
 
 void ScriptEditorClicked() {
   if (runFlags.ScriptRunning) return;
   const std::string& name = scriptEditor.ScriptFileName;
-  if (name.empty()) View().SetDieValueText(kCurrentScript);
+  if (name.empty()) View().SetDieValueText(std::string(kCurrentScript));
   if (!name.empty() && ExactEntry(name) > 0) View().SetDieValueText(name);
 }
 
