@@ -197,9 +197,12 @@ void PickDieValue(const std::string& entry);
 // application's folder, so that closing never loses a script. The terminal
 // front end neither reads nor writes it.
 //
-// KeepScriptEditor writes it (never a half-written file, and never over one
-// that could not be read at start-up: SkipUnreadFile). False when it was not
-// written; the user has been told.
+// KeepScriptEditor writes it, never a half-written file. A gandrel.script
+// that could not be read at start-up (FileWasUnread) is never written over,
+// and one that cannot be written fails: then the editor is kept in a new
+// file beside it instead ("gandrel-1.script", "gandrel-2.script", ..., the
+// first name that is free, in the same form), and the user is told where.
+// False when it was kept nowhere; the user has been told.
 bool KeepScriptEditor();
 // RestoreScriptEditor puts the editor back at start-up. A file that is not
 // in the current folder is named by its full path. A clean script whose file
@@ -283,6 +286,8 @@ void NoteUnreadFile(const std::string& path);
 // True when path was noted; the first call for it tells the user that this
 // run's changes to it cannot be saved.
 bool SkipUnreadFile(const std::string& path);
+// True when path was noted; nobody is told.
+bool FileWasUnread(const std::string& path);
 // Forgets the noted files (a new start).
 void ForgetUnreadFiles();
 

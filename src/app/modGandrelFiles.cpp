@@ -153,6 +153,10 @@ bool SkipUnreadFile(const std::string& path) {
   return true;
 }
 
+bool FileWasUnread(const std::string& path) {
+  return unreadFiles.contains(path);
+}
+
 void ForgetUnreadFiles() {
   unreadFiles.clear();
 }
