@@ -30,7 +30,8 @@ class ScriptFileLayer {
   // Opens path for appending (created when missing), or for writing from
   // the start when overwrite is True (an existing file is emptied). A
   // relative path is taken from the current directory. nullptr when the file
-  // cannot be opened.
+  // cannot be opened. Opening never waits: a pipe that nobody reads cannot
+  // be opened.
   virtual std::unique_ptr<ScriptFile> Open(const std::string& path, bool overwrite) = 0;
 };
 
