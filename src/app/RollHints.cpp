@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "app/DialogModels.h"
+#include "app/TextEncoding.h"
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
 #include "calc/EngineSettings.h"
@@ -171,9 +172,7 @@ std::optional<Scan> TraceRoll(const std::string& expr) {
 std::string Quoted(std::string_view text) {
   constexpr size_t kLongest = 40;
   if (text.size() <= kLongest) return "\"" + std::string(text) + "\"";
-  size_t cut = kLongest;
-  while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
-    --cut;
+  size_t cut = Utf8CharStart(text, kLongest);
   return "\"" + std::string(text.substr(0, cut)) + "...\"";
 }
 

@@ -265,13 +265,6 @@ bool ReadTextFile(const std::string& path, std::string& content, std::string& re
 // failure returns false with the reason, and path is left as it was.
 bool WriteTextFileAtomic(const std::string& path, const std::string& content, std::string& reason);
 
-// True when text is well-formed UTF-8: no stray or missing continuation
-// bytes, no overlong forms, no surrogates, nothing past U+10FFFF.
-bool IsUtf8(std::string_view text);
-// text read as Windows-1252, written as UTF-8. The five bytes that code page
-// leaves undefined become the control characters of the same value.
-std::string Windows1252ToUtf8(std::string_view text);
-
 // The lines of a text, ended by CR LF, LF or CR; a leading UTF-8 byte-order
 // mark is dropped. A last line without an ending counts; an ending at the very
 // end does not start another line.

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <vector>
 
+#include "app/TextEncoding.h"
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
 #include "calc/Markers.h"

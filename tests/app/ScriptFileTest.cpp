@@ -4,6 +4,7 @@
 
 #include "ShellFixture.h"
 #include "app/Settings.h"
+#include "app/TextEncoding.h"
 
 namespace gandrel::testing {
 namespace {
