@@ -30,20 +30,6 @@ bool BreakAsked() {
   return runFlags.BreakRequested || runFlags.BreakForced;
 }
 
-class NoFile final : public ScriptFile {
- public:
-  bool Write(std::string_view) override { return true; }
-  bool Close() override { return true; }
-};
-
-// OPEN FILE opens, PRINT writes, and nothing reaches the disk.
-class NoFiles final : public ScriptFileLayer {
- public:
-  std::unique_ptr<ScriptFile> Open(const std::string&, bool) override {
-    return std::make_unique<NoFile>();
-  }
-};
-
 // The user's state, kept aside while the estimate works on its own copy.
 struct UserState {
   EngineSettings settings;
@@ -82,25 +68,24 @@ class EstimateInterface final : public UserInterface {
   UserState& user_;
 };
 
-// For the length of an estimate: the quiet interfaces installed, the user's
-// state kept aside and put back at the end.
+// For the length of an estimate: the quiet interfaces installed (every
+// prompt at its default, OPEN FILE opening files that keep nothing), the
+// user's state kept aside and put back at the end.
 class EstimateScope {
  public:
   EstimateScope()
-      : outerUI_(&UI()),
-        outerWindows_(&Windows()),
-        outerFiles_(&ScriptFiles()),
-        user_{engineSettings, dieTypes},
+      : user_{engineSettings, dieTypes},
         logOn_(runFlags.LogOn),
         inputValue_(runFlags.InputValue),
         pickIndex_(runFlags.PickIndex),
-        ui_(*outerUI_, user_) {
-    SetUI(&ui_);
-    SetScriptWindows(nullptr);
-    SetScriptFiles(&files_);
+        ui_(UI(), user_),
+        uiScope_(&ui_),
+        windowsScope_(nullptr),
+        filesScope_(&DiscardingScriptFiles()) {
     engineSettings.LongResults = false;
     runFlags.BreakRequested = runFlags.BreakForced = false;
   }
+  // The interfaces go back after the state (the scopes are members).
   ~EstimateScope() {
     engineSettings = user_.settings;
     dieTypes = std::move(user_.types);
@@ -108,9 +93,6 @@ class EstimateScope {
     runFlags.InputValue = inputValue_;
     runFlags.PickIndex = pickIndex_;
     runFlags.BreakRequested = runFlags.BreakForced = false;
-    SetScriptFiles(outerFiles_);
-    SetScriptWindows(outerWindows_);
-    SetUI(outerUI_);
   }
   EstimateScope(const EstimateScope&) = delete;
   EstimateScope& operator=(const EstimateScope&) = delete;
@@ -124,15 +106,14 @@ class EstimateScope {
   }
 
  private:
-  UserInterface* outerUI_;
-  ScriptWindows* outerWindows_;
-  ScriptFileLayer* outerFiles_;
   UserState user_;
   bool logOn_;
   double inputValue_;
   int16_t pickIndex_;
   EstimateInterface ui_;
-  NoFiles files_;
+  UIScope uiScope_;
+  ScriptWindowsScope windowsScope_;
+  ScriptFilesScope filesScope_;
 };
 
 Distribution Cancelled() {

@@ -19,6 +19,8 @@
 #include <string_view>
 #include <vector>
 
+#include "calc/Installed.h"
+
 namespace gandrel {
 
 // What one Roll request shows, worked out whole before anything is shown.
@@ -82,6 +84,8 @@ extern std::vector<std::string> AlwaysAddItems;
 // The view the shell works on (the window, the terminal, a test double).
 void SetMainView(MainView* view);
 MainView& View();
+// Installs one for the length of a block.
+using MainViewScope = Installed<MainView, View, SetMainView>;
 
 // ---- The Roll request --------------------------------------------------------
 

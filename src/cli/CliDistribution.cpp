@@ -42,18 +42,6 @@ class ScriptOnlyView final : public MainView {
   std::string script_;
 };
 
-// Installs a view for the length of one calculation.
-class ViewScope {
- public:
-  explicit ViewScope(MainView& view) : outer_(&View()) { SetMainView(&view); }
-  ~ViewScope() { SetMainView(outer_); }
-  ViewScope(const ViewScope&) = delete;
-  ViewScope& operator=(const ViewScope&) = delete;
-
- private:
-  MainView* outer_;
-};
-
 std::string Padded(const std::string& text, size_t width) {
   return text.size() >= width ? text : std::string(width - text.size(), ' ') + text;
 }
@@ -178,7 +166,7 @@ class DistributionLoop {
       return false;
     }
     ScriptOnlyView view(script);
-    ViewScope scope(view);
+    MainViewScope scope(&view);
     ProgressLine line(err_, dieValue);
     CalculatorOptions calculator;
     calculator.rolls = options_.samples;

@@ -91,24 +91,6 @@ class TerminalUI final : public UserInterface {
   FILE* err_;
 };
 
-// Installs the terminal's view, interface and script windows for the length
-// of a run.
-class Attached {
- public:
-  Attached(MainView& view, UserInterface& ui, ScriptWindows& windows) {
-    SetMainView(&view);
-    SetUI(&ui);
-    SetScriptWindows(&windows);
-  }
-  ~Attached() {
-    SetMainView(nullptr);
-    SetUI(nullptr);
-    SetScriptWindows(nullptr);
-  }
-  Attached(const Attached&) = delete;
-  Attached& operator=(const Attached&) = delete;
-};
-
 // Keeps the reason of the first failed write to out (a full disk); true once
 // out has failed.
 bool NoteWriteError(FILE* out, int& writeError) {
@@ -306,7 +288,9 @@ int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err) {
   setup.echoWindows = !options.quiet && !options.json;
   setup.echoDisplay = !options.json;
   TerminalWindows windows(setup);
-  Attached attached(view, ui, windows);
+  MainViewScope viewScope(&view);
+  UIScope uiScope(&ui);
+  ScriptWindowsScope windowsScope(&windows);
   StartUp();
   if (options.seed) SeedRandom(*options.seed);
   if (options.distribution)

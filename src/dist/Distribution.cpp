@@ -20,31 +20,6 @@ namespace {
 
 constexpr long kLongestText = 32767;
 
-// While a distribution is worked out, the messages the evaluator and the
-// dice would show are swallowed: a combination that overflows is an outcome,
-// not news for the user.
-class QuietInterface final : public UserInterface {
- public:
-  MsgAnswer ShowMessage(const std::string&, MsgButtons buttons, MsgIcon,
-                        const std::string&) override {
-    return buttons == MsgButtons::Ok ? MsgAnswer::Ok : MsgAnswer::Cancel;
-  }
-  void ProcessEvents() override {}
-};
-
-class QuietScope {
- public:
-  QuietScope() : outer_(&UI()) { SetUI(&quiet_); }
-  ~QuietScope() { SetUI(outer_); }
-  QuietScope(const QuietScope&) = delete;
-  QuietScope& operator=(const QuietScope&) = delete;
-  UserInterface* Outer() const { return outer_; }
-
- private:
-  UserInterface* outer_;
-  QuietInterface quiet_;
-};
-
 // The roll of an expression: ExpandDice, then Calc. A run-time error on the
 // way (a text longer than 32,767 characters) shows "<error>".
 Outcomes RollResults(std::string text, Work& work) {
@@ -80,16 +55,16 @@ Outcomes ResultsOf(std::string_view dieValue, Work& work) {
 
 Distribution ComputeDistribution(std::string_view dieValue, const DistOptions& options) {
   Distribution dist;
-  QuietScope quiet;
+  // While a distribution is worked out, the messages the evaluator and the
+  // dice would show are swallowed (the silent stand-in answers them): a
+  // combination that overflows is an outcome, not news for the user.
+  UIScope quiet(nullptr);
   // The caller's hook runs with the caller's own interface in force.
   DistOptions own = options;
   if (options.progress) {
     own.progress = [&options, &quiet](double done) {
-      UserInterface* inner = &UI();
-      SetUI(quiet.Outer());
-      bool goOn = options.progress(done);
-      SetUI(inner);
-      return goOn;
+      UIScope caller(&quiet.Outer());
+      return options.progress(done);
     };
   }
   Work work(own);

@@ -54,7 +54,21 @@ class RealFiles final : public ScriptFileLayer {
   }
 };
 
+class DiscardingFile final : public ScriptFile {
+ public:
+  bool Write(std::string_view) override { return true; }
+  bool Close() override { return true; }
+};
+
+class DiscardingFiles final : public ScriptFileLayer {
+ public:
+  std::unique_ptr<ScriptFile> Open(const std::string&, bool) override {
+    return std::make_unique<DiscardingFile>();
+  }
+};
+
 RealFiles realFiles;
+DiscardingFiles discardingFiles;
 ScriptFileLayer* current = &realFiles;
 
 }  // namespace
@@ -65,6 +79,10 @@ ScriptFileLayer& ScriptFiles() {
 
 void SetScriptFiles(ScriptFileLayer* layer) {
   current = layer ? layer : &realFiles;
+}
+
+ScriptFileLayer& DiscardingScriptFiles() {
+  return discardingFiles;
 }
 
 }  // namespace gandrel

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "calc/Installed.h"
+
 namespace gandrel {
 
 // One open file. Text reaches it as bytes, unchanged (CR LF stays CR LF).
@@ -40,5 +42,11 @@ ScriptFileLayer& ScriptFiles();
 
 // Installs layer (nullptr restores real files). The caller keeps ownership.
 void SetScriptFiles(ScriptFileLayer* layer);
+// Installs one for the length of a block.
+using ScriptFilesScope = Installed<ScriptFileLayer, ScriptFiles, SetScriptFiles>;
+
+// A layer that touches no file: every path opens, every write succeeds, and
+// nothing is kept.
+ScriptFileLayer& DiscardingScriptFiles();
 
 }  // namespace gandrel
