@@ -215,6 +215,10 @@ std::string FigureText(const Distribution& dist, double value) {
   return Digits(value, std::chars_format::general, 6);
 }
 
+std::string RoundTripText(double value) {
+  return Digits(value, std::chars_format::general, 17);
+}
+
 std::string MethodText(const Distribution& dist) {
   switch (dist.method) {
     case DistMethod::Exact:
@@ -245,10 +249,9 @@ std::string DistributionCsv(const std::vector<std::pair<std::string, Distributio
   for (const auto& [dieValue, dist] : named) {
     for (size_t i = 0; i < dist.outcomes.size(); ++i) {
       csv += CsvField(dieValue) + "," + CsvField(dist.outcomes[i].text) + "," +
-             Digits(dist.outcomes[i].probability, std::chars_format::general, 17) + ",";
+             RoundTripText(dist.outcomes[i].probability) + ",";
       if (i < dist.atLeast.size())
-        csv += Digits(dist.atLeast[i], std::chars_format::general, 17) + "," +
-               Digits(dist.atMost[i], std::chars_format::general, 17);
+        csv += RoundTripText(dist.atLeast[i]) + "," + RoundTripText(dist.atMost[i]);
       else
         csv += ",";
       csv += "\r\n";

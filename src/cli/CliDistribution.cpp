@@ -3,9 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -190,15 +187,6 @@ class DistributionLoop {
 
 }  // namespace
 
-std::string JsonNumber(double value) {
-  if (!std::isfinite(value)) return "null";
-  char text[64];
-  auto [end, error] =
-      std::to_chars(text, text + sizeof text, value, std::chars_format::general, 17);
-  if (error != std::errc()) return "null";
-  return std::string(text, end);
-}
-
 std::string DistributionText(const std::string& dieValue, const Distribution& dist, bool quiet) {
   std::string text;
   if (!quiet) text = dieValue + ": " + MethodText(dist) + "\n";
@@ -227,16 +215,9 @@ int PrintDistributions(const CliOptions& options, FILE* in, FILE* out, FILE* err
       if (!loop.Print(dieValue)) break;
     return loop.status;
   }
-  char* buffer = nullptr;
-  size_t capacity = 0;
-  ssize_t n;
-  while ((n = getline(&buffer, &capacity, in)) >= 0) {
-    std::string line(buffer, static_cast<size_t>(n));
-    if (!line.empty() && line.back() == '\n') line.pop_back();
-    if (!line.empty() && line.back() == '\r') line.pop_back();
+  std::string line;
+  while (ReadLine(in, line))
     if (!loop.Print(line)) break;
-  }
-  std::free(buffer);
   if (Interrupted()) loop.status = 1;
   return loop.status;
 }

@@ -1,7 +1,9 @@
 #include "cli/CliJson.h"
 
+#include <cmath>
 #include <cstdint>
 
+#include "app/Calculator.h"
 #include "app/TextEncoding.h"
 
 namespace gandrel::cli {
@@ -61,6 +63,10 @@ std::string JsonString(std::string_view text) {
   }
   out += '"';
   return out;
+}
+
+std::string JsonNumber(double value) {
+  return std::isfinite(value) ? RoundTripText(value) : "null";
 }
 
 }  // namespace gandrel::cli

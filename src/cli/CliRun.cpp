@@ -227,20 +227,10 @@ class RollLoop {
 // Die values from a pipe or a file, a line each (a terminal has its own
 // prompt: CliInteractive.h).
 void ReadAndRoll(FILE* in, RollLoop& loop) {
-  char* buffer = nullptr;
-  size_t capacity = 0;
-  for (;;) {
-    ssize_t n = getline(&buffer, &capacity, in);
-    if (n < 0) {
-      if (interrupts) loop.status = 1;
-      break;
-    }
-    std::string line(buffer, static_cast<size_t>(n));
-    if (!line.empty() && line.back() == '\n') line.pop_back();
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (!loop.Roll(line)) break;
-  }
-  std::free(buffer);
+  std::string line;
+  while (ReadLine(in, line))
+    if (!loop.Roll(line)) return;
+  if (interrupts) loop.status = 1;
 }
 
 }  // namespace
