@@ -20,6 +20,7 @@
 #include "app/Calculator.h"
 #include "app/modGandrel.h"
 #include "calc/EngineSettings.h"
+#include "calc/Markers.h"
 #include "dist/Distribution.h"
 
 namespace {
@@ -80,7 +81,8 @@ void BM_EstimateShortScript(benchmark::State& state) {
   gandrel::View().SetScriptText(
       "var hp\r\nhp = 2d8 + 3\r\nif hp < 6\r\nhp = 6\r\nendif\r\nresult = hp");
   for (auto _ : state) {
-    gandrel::Distribution dist = gandrel::EstimateDistribution("<current script>");
+    gandrel::Distribution dist =
+        gandrel::EstimateDistribution(std::string(gandrel::kCurrentScript));
     if (dist.samples != gandrel::kEstimateRolls) state.SkipWithError("stopped early");
     benchmark::DoNotOptimize(dist);
   }

@@ -1,6 +1,6 @@
 # The layers of Gandrel, and how the build keeps them one-way.
 #
-#   calc <- dice <- functions <- script <- shell (src/app without Qt)
+#   calc <- dice <- functions <- script <- dist <- shell (src/app without Qt)
 #        <- front ends (src/cli, the Qt windows src/app/frm* and Qt*)
 #
 # A layer's sources do not see the whole of src/: each target's include root

@@ -49,15 +49,6 @@ class InsistingInterface : public UserInterface {
   long pumps = 0;
 };
 
-class NothingKept final : public OutputWindow {
- public:
-  void Print(const std::string&) override {}
-  void Clear() override {}
-  void Close() override {}
-  void Raise() override {}
-  bool IsOpen() const override { return true; }
-};
-
 class Answering final : public ScriptWindows {
  public:
   void GetNumber(const std::string&, const std::string& defaultText) override {
@@ -76,26 +67,20 @@ class Answering final : public ScriptWindows {
   std::unique_ptr<OutputWindow> OpenOutputWindow(const std::string& name,
                                                  const std::string&) override {
     if (name.empty()) std::abort();
-    return std::make_unique<NothingKept>();
+    return DiscardingOutputWindow();
   }
   void Display(const std::string& result, const std::string& log) override {
     if (result.size() > kMaxText || log.size() > kMaxText) std::abort();
   }
 };
 
-class NoFile final : public ScriptFile {
- public:
-  bool Write(std::string_view) override { return true; }
-  bool Close() override { return true; }
-};
-
 // Paths that begin with "x" open; others fail, so both ways are taken.
 class NoFiles final : public ScriptFileLayer {
  public:
-  std::unique_ptr<ScriptFile> Open(const std::string& path, bool) override {
+  std::unique_ptr<ScriptFile> Open(const std::string& path, bool overwrite) override {
     if (path.empty()) std::abort();
     if (path.front() != 'x') return nullptr;
-    return std::make_unique<NoFile>();
+    return DiscardingScriptFiles().Open(path, overwrite);
   }
 };
 

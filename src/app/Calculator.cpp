@@ -30,20 +30,6 @@ bool BreakAsked() {
   return runFlags.BreakRequested || runFlags.BreakForced;
 }
 
-class NoFile final : public ScriptFile {
- public:
-  bool Write(std::string_view) override { return true; }
-  bool Close() override { return true; }
-};
-
-// OPEN FILE opens, PRINT writes, and nothing reaches the disk.
-class NoFiles final : public ScriptFileLayer {
- public:
-  std::unique_ptr<ScriptFile> Open(const std::string&, bool) override {
-    return std::make_unique<NoFile>();
-  }
-};
-
 // The user's state, kept aside while the estimate works on its own copy.
 struct UserState {
   EngineSettings settings;
@@ -82,25 +68,24 @@ class EstimateInterface final : public UserInterface {
   UserState& user_;
 };
 
-// For the length of an estimate: the quiet interfaces installed, the user's
-// state kept aside and put back at the end.
+// For the length of an estimate: the quiet interfaces installed (every
+// prompt at its default, OPEN FILE opening files that keep nothing), the
+// user's state kept aside and put back at the end.
 class EstimateScope {
  public:
   EstimateScope()
-      : outerUI_(&UI()),
-        outerWindows_(&Windows()),
-        outerFiles_(&ScriptFiles()),
-        user_{engineSettings, dieTypes},
+      : user_{engineSettings, dieTypes},
         logOn_(runFlags.LogOn),
         inputValue_(runFlags.InputValue),
         pickIndex_(runFlags.PickIndex),
-        ui_(*outerUI_, user_) {
-    SetUI(&ui_);
-    SetScriptWindows(nullptr);
-    SetScriptFiles(&files_);
+        ui_(UI(), user_),
+        uiScope_(&ui_),
+        windowsScope_(nullptr),
+        filesScope_(&DiscardingScriptFiles()) {
     engineSettings.LongResults = false;
     runFlags.BreakRequested = runFlags.BreakForced = false;
   }
+  // The interfaces go back after the state (the scopes are members).
   ~EstimateScope() {
     engineSettings = user_.settings;
     dieTypes = std::move(user_.types);
@@ -108,9 +93,6 @@ class EstimateScope {
     runFlags.InputValue = inputValue_;
     runFlags.PickIndex = pickIndex_;
     runFlags.BreakRequested = runFlags.BreakForced = false;
-    SetScriptFiles(outerFiles_);
-    SetScriptWindows(outerWindows_);
-    SetUI(outerUI_);
   }
   EstimateScope(const EstimateScope&) = delete;
   EstimateScope& operator=(const EstimateScope&) = delete;
@@ -124,15 +106,14 @@ class EstimateScope {
   }
 
  private:
-  UserInterface* outerUI_;
-  ScriptWindows* outerWindows_;
-  ScriptFileLayer* outerFiles_;
   UserState user_;
   bool logOn_;
   double inputValue_;
   int16_t pickIndex_;
   EstimateInterface ui_;
-  NoFiles files_;
+  UIScope uiScope_;
+  ScriptWindowsScope windowsScope_;
+  ScriptFilesScope filesScope_;
 };
 
 Distribution Cancelled() {
@@ -234,6 +215,10 @@ std::string FigureText(const Distribution& dist, double value) {
   return Digits(value, std::chars_format::general, 6);
 }
 
+std::string RoundTripText(double value) {
+  return Digits(value, std::chars_format::general, 17);
+}
+
 std::string MethodText(const Distribution& dist) {
   switch (dist.method) {
     case DistMethod::Exact:
@@ -264,10 +249,9 @@ std::string DistributionCsv(const std::vector<std::pair<std::string, Distributio
   for (const auto& [dieValue, dist] : named) {
     for (size_t i = 0; i < dist.outcomes.size(); ++i) {
       csv += CsvField(dieValue) + "," + CsvField(dist.outcomes[i].text) + "," +
-             Digits(dist.outcomes[i].probability, std::chars_format::general, 17) + ",";
+             RoundTripText(dist.outcomes[i].probability) + ",";
       if (i < dist.atLeast.size())
-        csv += Digits(dist.atLeast[i], std::chars_format::general, 17) + "," +
-               Digits(dist.atMost[i], std::chars_format::general, 17);
+        csv += RoundTripText(dist.atLeast[i]) + "," + RoundTripText(dist.atMost[i]);
       else
         csv += ",";
       csv += "\r\n";

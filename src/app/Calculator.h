@@ -65,6 +65,11 @@ std::string PercentText(double p);
 // numeric result.
 std::string FigureText(const Distribution& dist, double value);
 
+// A number in 17 significant digits, which read back give the same double
+// ("0.16666666666666666", "1e-20"): the probabilities of the CSV and of
+// gandrel-cli's JSON.
+std::string RoundTripText(double value);
+
 // How the distribution was found, for the user: "exact", "estimated from
 // 1000000 rolls (a script: only running it tells)", or why there is none.
 std::string MethodText(const Distribution& dist);

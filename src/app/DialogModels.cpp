@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/Settings.h"
+#include "app/TextEncoding.h"
 #include "app/TextLists.h"
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
@@ -371,10 +372,6 @@ std::string GroupDigits(std::size_t number) {
   return grouped;
 }
 
-static bool IsUtf8Continuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 std::string LimitShownText(const std::string& text, std::size_t limit) {
   if (text.size() <= limit) return text;
   size_t cut = text.rfind('\n', limit == 0 ? 0 : limit - 1);
@@ -383,8 +380,7 @@ std::string LimitShownText(const std::string& text, std::size_t limit) {
   } else {
     cut = limit;
     if (cut > 0 && text[cut - 1] == '\r') --cut;  // never split a CR LF
-    while (cut > 0 && IsUtf8Continuation(text[cut]))
-      --cut;
+    cut = Utf8CharStart(text, cut);
   }
   std::string shown = text.substr(0, cut);
   if (!shown.empty() && shown.back() != '\n') shown += "\r\n";
@@ -400,9 +396,7 @@ static size_t PieceEnd(const std::string& line, size_t start, size_t width) {
     if (c == '+' || c == '-') return at;
     if (line[at - 1] == ' ') return at;
   }
-  while (end > start + 1 && IsUtf8Continuation(line[end]))
-    --end;
-  return end;
+  return Utf8CharStart(line, end, start + 1);
 }
 
 std::string BreakLongLines(const std::string& text, std::size_t width) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "app/DialogModels.h"
+#include "app/TextEncoding.h"
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
 #include "calc/EngineSettings.h"
@@ -171,9 +172,7 @@ std::optional<Scan> TraceRoll(const std::string& expr) {
 std::string Quoted(std::string_view text) {
   constexpr size_t kLongest = 40;
   if (text.size() <= kLongest) return "\"" + std::string(text) + "\"";
-  size_t cut = kLongest;
-  while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
-    --cut;
+  size_t cut = Utf8CharStart(text, kLongest);
   return "\"" + std::string(text.substr(0, cut)) + "...\"";
 }
 
@@ -338,7 +337,7 @@ std::string FailureHint(const EvalFailure& failure, const std::optional<Scan>& s
 std::vector<std::string> RollHints(const std::string& dieValue, const std::string& result,
                                    const EvalFailure& failure) {
   std::string value = Trim(dieValue);
-  if (value.empty() || IsScriptFileName(value) || value == "<current script>") return {};
+  if (value.empty() || IsScriptFileName(value) || value == kCurrentScript) return {};
   if (result == kErrorMarker || result == kScriptErrorMarker || result == kBreakMarker) return {};
   bool script = value[0] == '=' || value[0] == '@';
   std::string expr = value[0] == '=' ? value.substr(1) : value;

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "calc/Markers.h"
 #include "calc/RunFlags.h"
 
 namespace gandrel {
@@ -24,7 +25,7 @@ frmPick::frmPick(QWidget* parent) : QtScriptDialog(parent, scriptDialogPlaces.Pi
   lstItems = new QListWidget(this);
   lstItems->setObjectName("lstItems");
   lstItems->setSelectionMode(QAbstractItemView::SingleSelection);
-  lblPrompt = new QLabel(tr("Please pick an item:"), this);
+  lblPrompt = new QLabel(QString::fromUtf8(kPickPrompt.data(), kPickPrompt.size()), this);
   lblPrompt->setObjectName("lblPrompt");
   lblPrompt->setTextFormat(Qt::PlainText);
   lblPrompt->setWordWrap(true);

@@ -58,8 +58,6 @@ class BusyPointer {
   BusyPointer& operator=(const BusyPointer&) = delete;
 };
 
-const char* const kCurrentScript = "<current script>";
-
 // One request under way: the die value as the request rewrites it, what the
 // die-value box holds, and what the request produced.
 struct Request {

@@ -19,6 +19,8 @@
 #include <string_view>
 #include <vector>
 
+#include "calc/Installed.h"
+
 namespace gandrel {
 
 // What one Roll request shows, worked out whole before anything is shown.
@@ -82,6 +84,8 @@ extern std::vector<std::string> AlwaysAddItems;
 // The view the shell works on (the window, the terminal, a test double).
 void SetMainView(MainView* view);
 MainView& View();
+// Installs one for the length of a block.
+using MainViewScope = Installed<MainView, View, SetMainView>;
 
 // ---- The Roll request --------------------------------------------------------
 
@@ -197,9 +201,12 @@ void PickDieValue(const std::string& entry);
 // application's folder, so that closing never loses a script. The terminal
 // front end neither reads nor writes it.
 //
-// KeepScriptEditor writes it (never a half-written file, and never over one
-// that could not be read at start-up: SkipUnreadFile). False when it was not
-// written; the user has been told.
+// KeepScriptEditor writes it, never a half-written file. A gandrel.script
+// that could not be read at start-up (FileWasUnread) is never written over,
+// and one that cannot be written fails: then the editor is kept in a new
+// file beside it instead ("gandrel-1.script", "gandrel-2.script", ..., the
+// first name that is free, in the same form), and the user is told where.
+// False when it was kept nowhere; the user has been told.
 bool KeepScriptEditor();
 // RestoreScriptEditor puts the editor back at start-up. A file that is not
 // in the current folder is named by its full path. A clean script whose file
@@ -262,13 +269,6 @@ bool ReadTextFile(const std::string& path, std::string& content, std::string& re
 // failure returns false with the reason, and path is left as it was.
 bool WriteTextFileAtomic(const std::string& path, const std::string& content, std::string& reason);
 
-// True when text is well-formed UTF-8: no stray or missing continuation
-// bytes, no overlong forms, no surrogates, nothing past U+10FFFF.
-bool IsUtf8(std::string_view text);
-// text read as Windows-1252, written as UTF-8. The five bytes that code page
-// leaves undefined become the control characters of the same value.
-std::string Windows1252ToUtf8(std::string_view text);
-
 // The lines of a text, ended by CR LF, LF or CR; a leading UTF-8 byte-order
 // mark is dropped. A last line without an ending counts; an ending at the very
 // end does not start another line.
@@ -283,6 +283,8 @@ void NoteUnreadFile(const std::string& path);
 // True when path was noted; the first call for it tells the user that this
 // run's changes to it cannot be saved.
 bool SkipUnreadFile(const std::string& path);
+// True when path was noted; nobody is told.
+bool FileWasUnread(const std::string& path);
 // Forgets the noted files (a new start).
 void ForgetUnreadFiles();
 

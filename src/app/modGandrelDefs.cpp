@@ -93,15 +93,14 @@ void ReadOldDefinitions(const std::string& path, std::vector<std::string>& liste
 }
 
 std::string DefinitionsText() {
-  const char* crlf = "\r\n";
-  std::string text = std::string(kCommentLine1) + crlf + kCommentLine2 + crlf;
+  std::string text = std::string(kCommentLine1) + kCrLf + kCommentLine2 + kCrLf;
   for (size_t i = 1; i < dieTypes.Define.size(); ++i)
     text += "define " + dieTypes.Define[i].Name + " = " + std::to_string(dieTypes.Define[i].Lo) +
-            " to " + std::to_string(dieTypes.Define[i].Hi) + crlf;
+            " to " + std::to_string(dieTypes.Define[i].Hi) + kCrLf;
   for (size_t i = 1; i < dieTypes.DefSeq.size(); ++i)
-    text += "define " + dieTypes.DefSeq[i].Name + " = " + dieTypes.DefSeq[i].Dice + crlf;
+    text += "define " + dieTypes.DefSeq[i].Name + " = " + dieTypes.DefSeq[i].Dice + kCrLf;
   for (size_t i = 1; i < AlwaysAddItems.size(); ++i)
-    text += AlwaysAddItems[i] + crlf;
+    text += AlwaysAddItems[i] + kCrLf;
   return text;
 }
 

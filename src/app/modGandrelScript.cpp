@@ -8,8 +8,10 @@
 #include <system_error>
 #include <vector>
 
+#include "app/TextEncoding.h"
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
+#include "calc/Markers.h"
 #include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
 
@@ -21,8 +23,6 @@ ScriptEditorState scriptEditor;
 std::vector<std::string> ScriptLines(1);
 
 namespace {
-
-const char* const kCurrentScript = "<current script>";
 
 // The file that keeps the editor between runs: this first line, the file's
 // full name, the modified flag, and the text after "Text:" as it stands.
@@ -179,13 +179,13 @@ void ScriptTextChanged() {
 void ScriptEditorFocused() {
   if (runFlags.ScriptRunning) return;
   if (scriptEditor.ScriptFileName.empty() && View().DieValueText() != kCurrentScript)
-    View().SetDieValueText(kCurrentScript);
+    View().SetDieValueText(std::string(kCurrentScript));
 }
 
 void ScriptEditorClicked() {
   if (runFlags.ScriptRunning) return;
   const std::string& name = scriptEditor.ScriptFileName;
-  if (name.empty()) View().SetDieValueText(kCurrentScript);
+  if (name.empty()) View().SetDieValueText(std::string(kCurrentScript));
   if (!name.empty() && ExactEntry(name) > 0) View().SetDieValueText(name);
 }
 
@@ -339,11 +339,25 @@ bool FileHolds(const std::string& file, const std::string& text) {
   return JoinScriptLines(ScriptFileLines(content)) == text;
 }
 
+// The first name beside path, numbered, that nothing stands at (not even a
+// link): "gandrel-1.script" for "gandrel.script"; "" when none of the first
+// thousand is free.
+std::string FreeNameBeside(const std::string& path) {
+  fs::path named(path);
+  std::string stem = named.stem().string(), extension = named.extension().string();
+  for (int n = 1; n <= 1000; ++n) {
+    fs::path candidate = named.parent_path() / (stem + "-" + std::to_string(n) + extension);
+    std::error_code ec;
+    if (fs::symlink_status(candidate, ec).type() == fs::file_type::not_found)
+      return candidate.string();
+  }
+  return "";
+}
+
 }  // namespace
 
 bool KeepScriptEditor() {
   std::string path = AppFile(kKeptEditorFile);
-  if (SkipUnreadFile(path)) return false;
   KeptEditor kept;
   kept.file = FullName(scriptEditor.ScriptFileName);
   // A name that cannot be written on one line is not kept; the text is.
@@ -351,9 +365,23 @@ bool KeepScriptEditor() {
   kept.modified =
       scriptEditor.Modified || (kept.file.empty() && !scriptEditor.ScriptFileName.empty());
   kept.text = View().ScriptText();
+  const std::string content = KeptEditorText(kept);
   std::string reason;
-  if (WriteTextFileAtomic(path, KeptEditorText(kept), reason)) return true;
-  MsgBox("Gandrel could not keep its script editor in " + path + ": " + reason);
+  const bool unread = FileWasUnread(path);
+  if (!unread && WriteTextFileAtomic(path, content, reason)) return true;
+  // What stands at path is kept as it is: the editor goes into a file of its own.
+  std::string problem = unread
+                            ? "Gandrel could not read " + path + " when it started"
+                            : "Gandrel could not keep its script editor in " + path + ": " + reason;
+  std::string beside = FreeNameBeside(path), besideReason = "no free name";
+  if (!beside.empty() && WriteTextFileAtomic(beside, content, besideReason)) {
+    MsgBox(problem + ", so it kept the script editor in " + beside +
+           " instead. To have it back at the next start, put that file in the place of " +
+           kKeptEditorFile + ".");
+    return true;
+  }
+  MsgBox(problem + ", and could not keep the script editor beside it either: " + besideReason +
+         ". Save the script before you close Gandrel.");
   return false;
 }
 
@@ -367,7 +395,8 @@ void RestoreScriptEditor() {
     reason = "it is not a file Gandrel wrote";
   }
   if (!read) {
-    MsgBox("Gandrel could not read its script editor from " + path + ": " + reason);
+    MsgBox("Gandrel could not read its script editor from " + path + ": " + reason +
+           ". The file is left as it is; the script editor of this run will be kept beside it.");
     NoteUnreadFile(path);
     return;
   }

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/TextEncoding.h"
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
 #include "calc/UserInterface.h"
@@ -169,10 +170,7 @@ static bool LookUp(const std::string& key, std::string& value) {
 // Cut to the buffer's size, without splitting a UTF-8 character.
 static std::string CutToBuffer(std::string text) {
   if (text.size() <= kMaxValueLength) return text;
-  size_t n = kMaxValueLength;
-  while (n > 0 && (static_cast<unsigned char>(text[n]) & 0xC0) == 0x80)
-    --n;
-  text.resize(n);
+  text.resize(Utf8CharStart(text, kMaxValueLength));
   return text;
 }
 

@@ -17,6 +17,9 @@
 
 namespace gandrel {
 
+// The line end of every text the engine writes: logs, details, script files.
+inline constexpr const char* kCrLf = "\r\n";
+
 // Length of a text as the 32-bit count of its bytes.
 inline long Len(std::string_view text) {
   return static_cast<long>(text.size());

@@ -21,6 +21,12 @@ inline constexpr std::string_view kBreakMarker = "<break>";
 // In front of a script's result: show it in a message box as well.
 inline constexpr std::string_view kToWindowMarker = "~TOWIN~";
 
+// The die value that runs the script editor's script, the one the editor
+// puts into the die-value box when it has no file.
+inline constexpr std::string_view kCurrentScript = "<current script>";
+// What PICKLIST asks when its line gives no prompt.
+inline constexpr std::string_view kPickPrompt = "Please pick an item:";
+
 inline constexpr std::string_view kRollTooBigMessage =
     "I'm sorry, but the die result generated is too big for me to handle.";
 inline constexpr std::string_view kResultTooBigMessage =

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "calc/Installed.h"
 #include "calc/RuntimeError.h"
 
 namespace gandrel {
@@ -43,6 +44,8 @@ UserInterface& UI();
 
 // Installs ui (nullptr restores the silent default). The caller keeps ownership.
 void SetUI(UserInterface* ui);
+// Installs one for the length of a block.
+using UIScope = Installed<UserInterface, UI, SetUI>;
 
 // The common case: a message with an OK button, no icon, titled "Gandrel".
 void MsgBox(const std::string& text);

@@ -3,9 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -40,18 +37,6 @@ class ScriptOnlyView final : public MainView {
 
  private:
   std::string script_;
-};
-
-// Installs a view for the length of one calculation.
-class ViewScope {
- public:
-  explicit ViewScope(MainView& view) : outer_(&View()) { SetMainView(&view); }
-  ~ViewScope() { SetMainView(outer_); }
-  ViewScope(const ViewScope&) = delete;
-  ViewScope& operator=(const ViewScope&) = delete;
-
- private:
-  MainView* outer_;
 };
 
 std::string Padded(const std::string& text, size_t width) {
@@ -178,7 +163,7 @@ class DistributionLoop {
       return false;
     }
     ScriptOnlyView view(script);
-    ViewScope scope(view);
+    MainViewScope scope(&view);
     ProgressLine line(err_, dieValue);
     CalculatorOptions calculator;
     calculator.rolls = options_.samples;
@@ -201,15 +186,6 @@ class DistributionLoop {
 };
 
 }  // namespace
-
-std::string JsonNumber(double value) {
-  if (!std::isfinite(value)) return "null";
-  char text[64];
-  auto [end, error] =
-      std::to_chars(text, text + sizeof text, value, std::chars_format::general, 17);
-  if (error != std::errc()) return "null";
-  return std::string(text, end);
-}
 
 std::string DistributionText(const std::string& dieValue, const Distribution& dist, bool quiet) {
   std::string text;
@@ -239,16 +215,9 @@ int PrintDistributions(const CliOptions& options, FILE* in, FILE* out, FILE* err
       if (!loop.Print(dieValue)) break;
     return loop.status;
   }
-  char* buffer = nullptr;
-  size_t capacity = 0;
-  ssize_t n;
-  while ((n = getline(&buffer, &capacity, in)) >= 0) {
-    std::string line(buffer, static_cast<size_t>(n));
-    if (!line.empty() && line.back() == '\n') line.pop_back();
-    if (!line.empty() && line.back() == '\r') line.pop_back();
+  std::string line;
+  while (ReadLine(in, line))
     if (!loop.Print(line)) break;
-  }
-  std::free(buffer);
   if (Interrupted()) loop.status = 1;
   return loop.status;
 }

@@ -20,6 +20,7 @@
 #include <cstdio>
 #include <string>
 
+#include "cli/CliJson.h"
 #include "cli/CliOptions.h"
 #include "dist/Distribution.h"
 
@@ -31,10 +32,6 @@ std::string DistributionText(const std::string& dieValue, const Distribution& di
 
 // The JSON object for one die value, with its line end.
 std::string DistributionJson(const std::string& dieValue, const Distribution& dist);
-
-// A number as JSON: 17 significant digits, trailing zeros dropped (as
-// printf's %.17g, whatever the locale); "null" for one that is not finite.
-std::string JsonNumber(double value);
 
 // Prints the distribution of every die value of the options (read from in,
 // one a line, when they hold none). The shell must have been started.

@@ -1,38 +1,12 @@
 #include "cli/CliJson.h"
 
+#include <cmath>
 #include <cstdint>
 
+#include "app/Calculator.h"
+#include "app/TextEncoding.h"
+
 namespace gandrel::cli {
-
-static bool IsContinuation(unsigned char c) {
-  return (c & 0xC0) == 0x80;
-}
-
-// The length of the valid UTF-8 sequence that starts at text[i], or 0.
-static size_t Utf8Length(std::string_view text, size_t i) {
-  auto at = [&](size_t k) { return static_cast<unsigned char>(text[k]); };
-  unsigned char lead = at(i);
-  size_t length;
-  unsigned char low = 0x80, high = 0xBF;  // the allowed range of the second byte
-  if (lead >= 0xC2 && lead <= 0xDF) {
-    length = 2;
-  } else if (lead >= 0xE0 && lead <= 0xEF) {
-    length = 3;
-    if (lead == 0xE0) low = 0xA0;   // no overlong forms
-    if (lead == 0xED) high = 0x9F;  // no surrogates
-  } else if (lead >= 0xF0 && lead <= 0xF4) {
-    length = 4;
-    if (lead == 0xF0) low = 0x90;
-    if (lead == 0xF4) high = 0x8F;  // nothing above U+10FFFF
-  } else {
-    return 0;
-  }
-  if (i + length > text.size()) return 0;
-  if (at(i + 1) < low || at(i + 1) > high) return 0;
-  for (size_t k = 2; k < length; ++k)
-    if (!IsContinuation(at(i + k))) return 0;
-  return length;
-}
 
 static void AppendEscaped(std::string& out, unsigned char c) {
   switch (c) {
@@ -79,7 +53,7 @@ std::string JsonString(std::string_view text) {
     } else if (c < 0x80) {
       out += static_cast<char>(c);
       ++i;
-    } else if (size_t n = Utf8Length(text, i); n > 0) {
+    } else if (size_t n = Utf8SequenceLength(text, i); n > 0) {
       out.append(text.substr(i, n));
       i += n;
     } else {
@@ -89,6 +63,10 @@ std::string JsonString(std::string_view text) {
   }
   out += '"';
   return out;
+}
+
+std::string JsonNumber(double value) {
+  return std::isfinite(value) ? RoundTripText(value) : "null";
 }
 
 }  // namespace gandrel::cli

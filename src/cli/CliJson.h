@@ -12,4 +12,9 @@ namespace gandrel::cli {
 // always valid JSON whatever the die value held.
 std::string JsonString(std::string_view text);
 
+// A number as JSON: 17 significant digits, trailing zeros dropped (as
+// printf's %.17g, whatever the locale; RoundTripText); "null" for one that
+// is not finite.
+std::string JsonNumber(double value);
+
 }  // namespace gandrel::cli

@@ -91,24 +91,6 @@ class TerminalUI final : public UserInterface {
   FILE* err_;
 };
 
-// Installs the terminal's view, interface and script windows for the length
-// of a run.
-class Attached {
- public:
-  Attached(MainView& view, UserInterface& ui, ScriptWindows& windows) {
-    SetMainView(&view);
-    SetUI(&ui);
-    SetScriptWindows(&windows);
-  }
-  ~Attached() {
-    SetMainView(nullptr);
-    SetUI(nullptr);
-    SetScriptWindows(nullptr);
-  }
-  Attached(const Attached&) = delete;
-  Attached& operator=(const Attached&) = delete;
-};
-
 // Keeps the reason of the first failed write to out (a full disk); true once
 // out has failed.
 bool NoteWriteError(FILE* out, int& writeError) {
@@ -245,20 +227,10 @@ class RollLoop {
 // Die values from a pipe or a file, a line each (a terminal has its own
 // prompt: CliInteractive.h).
 void ReadAndRoll(FILE* in, RollLoop& loop) {
-  char* buffer = nullptr;
-  size_t capacity = 0;
-  for (;;) {
-    ssize_t n = getline(&buffer, &capacity, in);
-    if (n < 0) {
-      if (interrupts) loop.status = 1;
-      break;
-    }
-    std::string line(buffer, static_cast<size_t>(n));
-    if (!line.empty() && line.back() == '\n') line.pop_back();
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (!loop.Roll(line)) break;
-  }
-  std::free(buffer);
+  std::string line;
+  while (ReadLine(in, line))
+    if (!loop.Roll(line)) return;
+  if (interrupts) loop.status = 1;
 }
 
 }  // namespace
@@ -306,7 +278,9 @@ int RunCli(const CliOptions& options, FILE* in, FILE* out, FILE* err) {
   setup.echoWindows = !options.quiet && !options.json;
   setup.echoDisplay = !options.json;
   TerminalWindows windows(setup);
-  Attached attached(view, ui, windows);
+  MainViewScope viewScope(&view);
+  UIScope uiScope(&ui);
+  ScriptWindowsScope windowsScope(&windows);
   StartUp();
   if (options.seed) SeedRandom(*options.seed);
   if (options.distribution)

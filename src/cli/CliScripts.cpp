@@ -28,6 +28,21 @@ std::string UnixLines(const std::string& text) {
   return out;
 }
 
+bool ReadLine(FILE* in, std::string& line) {
+  line.clear();
+  char* buffer = nullptr;
+  size_t capacity = 0;
+  ssize_t n = getline(&buffer, &capacity, in);
+  int error = errno;
+  if (n >= 0) line.assign(buffer, static_cast<size_t>(n));
+  std::free(buffer);
+  errno = error;
+  if (n < 0) return false;
+  if (!line.empty() && line.back() == '\n') line.pop_back();
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return true;
+}
+
 bool ReadScriptFile(const std::string& name, std::string& scriptText, std::string& reason) {
   std::string content;
   if (!ReadTextFile(name, content, reason)) return false;
@@ -119,22 +134,12 @@ void TerminalWindows::Prompt(const std::string& text) {
 }
 
 TerminalWindows::Read TerminalWindows::ReadAnswer(std::string& answer) {
-  answer.clear();
-  char* buffer = nullptr;
-  size_t capacity = 0;
   errno = 0;
-  ssize_t n = getline(&buffer, &capacity, setup_.in);
-  if (n >= 0) answer.assign(buffer, static_cast<size_t>(n));
-  std::free(buffer);
-  if (n < 0) {
-    if (errno != EINTR || !Interrupted()) return Read::End;
-    runFlags.BreakRequested = true;
-    std::clearerr(setup_.in);
-    return Read::Break;
-  }
-  if (!answer.empty() && answer.back() == '\n') answer.pop_back();
-  if (!answer.empty() && answer.back() == '\r') answer.pop_back();
-  return Read::Line;
+  if (ReadLine(setup_.in, answer)) return Read::Line;
+  if (errno != EINTR || !Interrupted()) return Read::End;
+  runFlags.BreakRequested = true;
+  std::clearerr(setup_.in);
+  return Read::Break;
 }
 
 // A terminal shows the answer and its Enter itself. From a pipe the answer

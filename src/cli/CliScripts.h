@@ -25,6 +25,10 @@ namespace gandrel::cli {
 // Line breaks of any kind (CR LF, LF, CR) as LF.
 std::string UnixLines(const std::string& text);
 
+// The next line of in, without its line end (LF or CR LF); false at the end
+// of the input or when reading failed (errno as the read left it).
+bool ReadLine(FILE* in, std::string& line);
+
 // The script a die value naming a script file runs: the file's lines as the
 // script editor would hold them (ScriptFileLines: any line ends, a UTF-8
 // byte-order mark skipped, Windows-1252 text read as such). False with the reason when the file

@@ -19,10 +19,11 @@
 namespace gandrel {
 
 // The longest list of single dice one term may write (256 MB; tests lower
-// it). A longer one would only exhaust the memory of the machine; it is
-// refused as "Out of memory". The details of one expression may hold twice
-// as much.
-inline size_t maxDiceText = size_t{1} << 28;
+// it, ResetEngineState puts it back). A longer one would only exhaust the
+// memory of the machine; it is refused as "Out of memory". The details of
+// one expression may hold twice as much.
+inline constexpr size_t kMostDiceText = size_t{1} << 28;
+inline size_t maxDiceText = kMostDiceText;
 
 // Appends the FormatNumber text of value to out.
 inline void AppendNumberText(std::string& out, double value) {

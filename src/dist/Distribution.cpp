@@ -4,6 +4,7 @@
 #include <string>
 
 #include "calc/Basic.h"
+#include "calc/Markers.h"
 #include "calc/RuntimeError.h"
 #include "calc/UserInterface.h"
 #include "dice/modDiceCalc.h"
@@ -19,42 +20,11 @@ namespace {
 
 constexpr long kLongestText = 32767;
 
-// While a distribution is worked out, the messages the evaluator and the
-// dice would show are swallowed: a combination that overflows is an outcome,
-// not news for the user.
-class QuietInterface final : public UserInterface {
- public:
-  MsgAnswer ShowMessage(const std::string&, MsgButtons buttons, MsgIcon,
-                        const std::string&) override {
-    return buttons == MsgButtons::Ok ? MsgAnswer::Ok : MsgAnswer::Cancel;
-  }
-  void ProcessEvents() override {}
-};
-
-class QuietScope {
- public:
-  QuietScope() : outer_(&UI()) { SetUI(&quiet_); }
-  ~QuietScope() { SetUI(outer_); }
-  QuietScope(const QuietScope&) = delete;
-  QuietScope& operator=(const QuietScope&) = delete;
-  UserInterface* Outer() const { return outer_; }
-
- private:
-  UserInterface* outer_;
-  QuietInterface quiet_;
-};
-
-Outcomes Certain(const std::string& text) {
-  Outcomes out;
-  out.Add(text, 1);
-  return out;
-}
-
 // The roll of an expression: ExpandDice, then Calc. A run-time error on the
 // way (a text longer than 32,767 characters) shows "<error>".
 Outcomes RollResults(std::string text, Work& work) {
   if (TrapRuntimeError([&] { ExpandDice(text); }) || Len(text) > kLongestText)
-    return Certain("<error>");
+    return Outcomes::Certain(kErrorMarker);
   Outcomes found = text.find('"') != std::string::npos
                        ? QuotedResults(text, ResultMode::Roll, work)
                        : ExpressionResults(text, ResultMode::Roll, work);
@@ -62,7 +32,7 @@ Outcomes RollResults(std::string text, Work& work) {
   if (escaped != found.texts.end()) {
     double p = escaped->second;
     found.texts.erase(escaped);
-    found.Add("<error>", p);
+    found.Add(std::string(kErrorMarker), p);
   }
   return found;
 }
@@ -71,12 +41,12 @@ Outcomes RollResults(std::string text, Work& work) {
 Outcomes ResultsOf(std::string_view dieValue, Work& work) {
   std::string value = Trim(dieValue);
   if (Left(value, 1) == "@") value.insert(0, "=");
-  if (InStr(LCase(value), ".die") > 0 || value == "<current script>")
+  if (InStr(LCase(value), ".die") > 0 || value == kCurrentScript)
     GiveUp(NotExactReason::Script, "a script: only running it tells");
   // The marks the computation writes into its own texts must not come in.
   if (value.find_first_of(std::string{kSlotMark} + kEscapedError) != std::string::npos)
     GiveUp(NotExactReason::Unsupported, "a control character that the calculator uses itself");
-  if (value.empty()) return Certain("0");
+  if (value.empty()) return Outcomes::Certain("0");
   if (value[0] == '=') return ScriptLineResults(value, work);
   return RollResults(value, work);
 }
@@ -85,16 +55,16 @@ Outcomes ResultsOf(std::string_view dieValue, Work& work) {
 
 Distribution ComputeDistribution(std::string_view dieValue, const DistOptions& options) {
   Distribution dist;
-  QuietScope quiet;
+  // While a distribution is worked out, the messages the evaluator and the
+  // dice would show are swallowed (the silent stand-in answers them): a
+  // combination that overflows is an outcome, not news for the user.
+  UIScope quiet(nullptr);
   // The caller's hook runs with the caller's own interface in force.
   DistOptions own = options;
   if (options.progress) {
     own.progress = [&options, &quiet](double done) {
-      UserInterface* inner = &UI();
-      SetUI(quiet.Outer());
-      bool goOn = options.progress(done);
-      SetUI(inner);
-      return goOn;
+      UIScope caller(&quiet.Outer());
+      return options.progress(done);
     };
   }
   Work work(own);

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "calc/Basic.h"
+#include "calc/Markers.h"
 #include "calc/NumberText.h"
 #include "calc/RuntimeError.h"
 #include "calc/modEvaluate.h"
@@ -84,7 +85,7 @@ std::string CalculatedText(const std::string& text, ResultMode mode) {
   if (t.find('"') != std::string::npos) {
     std::string details;
     if (TrapRuntimeError([&] { value = Calc(t, details); })) return kEscapedError;
-    failed = t == "<calc error>";
+    failed = t == kCalcErrorMarker;
     if (mode == ResultMode::Text) {
       t = Trim(t);
       std::erase(t, '"');
@@ -94,7 +95,7 @@ std::string CalculatedText(const std::string& text, ResultMode mode) {
     value = Evaluate(t);
     failed = !t.empty() && t[0] == '%';
   }
-  if (failed) return mode == ResultMode::Number ? "0" : "<calc error>";
+  if (failed) return mode == ResultMode::Number ? "0" : std::string(kCalcErrorMarker);
   return FormatNumber(value);
 }
 
@@ -111,7 +112,7 @@ void EnumerateTemplate(const Template& tmpl, ResultMode mode, double p, Outcomes
     GiveUp(NotExactReason::Budget, "more combinations than the budget allows");
   if (LongestFilled(tmpl, texts) > kLongestText)
     GiveUp(NotExactReason::Unsupported, "a text that may grow too long to calculate");
-  if (error > 0) out.Add(CalculatedText("<error>", mode), p * error);
+  if (error > 0) out.Add(CalculatedText(std::string(kErrorMarker), mode), p * error);
   out.truncated += p * truncated;
   if (combinations == 0) return;
   work.Expect(combinations);
@@ -167,7 +168,7 @@ void RollFromFirstTerm(const std::string& text, ResultMode mode, double p, Outco
   long start = 0, end = 0;
   FindRolledTerm(lower, at, start, end);
   const ValueDist& total = cache.Total(Mid(text, start, end - start + 1));
-  if (total.error > 0) out.Add(CalculatedText("<error>", mode), p * total.error);
+  if (total.error > 0) out.Add(CalculatedText(std::string(kErrorMarker), mode), p * total.error);
   out.truncated += p * total.truncated;
   const std::string head = Left(text, start - 1), tail = Mid(text, end + 1);
   for (size_t i = 0; i < total.Size(); ++i) {

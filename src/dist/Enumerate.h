@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "dist/Template.h"
@@ -40,6 +41,12 @@ struct Outcomes {
   std::unordered_map<std::string, double> texts;
   double truncated = 0;
   void Add(const std::string& text, double p) { texts[text] += p; }
+  // The one text that is always shown.
+  static Outcomes Certain(std::string_view text) {
+    Outcomes out;
+    out.Add(std::string(text), 1);
+    return out;
+  }
 };
 
 // Every combination of the slots' texts written into the template and

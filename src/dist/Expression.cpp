@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "calc/Markers.h"
 #include "calc/NumberText.h"
 #include "dist/TermDist.h"
 #include "dist/Work.h"
@@ -17,7 +18,7 @@ Outcomes SumResults(const ValueDist& sum, ResultMode mode) {
   Outcomes out;
   for (size_t i = 0; i < sum.Size(); ++i)
     out.Add(FormatNumber(sum.Value(i)), sum.probs[i]);
-  if (sum.error > 0) out.Add(CalculatedText("<error>", mode), sum.error);
+  if (sum.error > 0) out.Add(CalculatedText(std::string(kErrorMarker), mode), sum.error);
   out.truncated = sum.truncated;
   return out;
 }

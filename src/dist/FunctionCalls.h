@@ -5,7 +5,7 @@
 // handler itself.
 //
 // Followed exactly: @best and @worst of a signed sum of dice terms and
-// numbers (kept by counting, Keep.h), @bestlist (a one-line script has no
+// numbers (kept by counting, KeepDice.h), @bestlist (a one-line script has no
 // lists), the caps and limits of such a sum, @wild, @wilddice and @swwild of
 // any argument whose terms stand on their own (exploding dice followed to the
 // truncation). Not followed (the computation gives up): calls inside a call's

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "calc/Basic.h"
+#include "calc/Markers.h"
 #include "calc/RuntimeError.h"
 #include "dice/modDiceCalc.h"
 #include "dist/Expression.h"
@@ -18,12 +19,6 @@ namespace {
 // Lines longer than this are not followed: their calculation could grow past
 // what positions can count, and a script stopped by that has no result.
 constexpr long kLongestLine = 16000;
-
-Outcomes Certain(const std::string& text) {
-  Outcomes out;
-  out.Add(text, 1);
-  return out;
-}
 
 // A "d" right before a slot takes the slot's digits for its size.
 bool DieBeforeSlot(const std::string& text) {
@@ -70,7 +65,7 @@ Outcomes RolledEach(const Template& expr, Work& work) {
 Outcomes Calculated(Template expr, Work& work) {
   if (DieBeforeSlot(expr.text)) return RolledEach(expr, work);
   const Template calls = expr;
-  if (TrapRuntimeError([&] { ExpandAllDice(expr.text); })) return Certain("");
+  if (TrapRuntimeError([&] { ExpandAllDice(expr.text); })) return Outcomes::Certain("");
   TermCache cache(work);
   if (!FindTerms(expr, cache)) return RolledEach(calls, work);
   return TemplateResults(expr, ResultMode::Number, work);
@@ -83,7 +78,7 @@ Outcomes ScriptLineResults(const std::string& dieValue, Work& work) {
   if (Len(line.text) > kLongestLine)
     GiveUp(NotExactReason::Unsupported, "a line too long to follow");
   if (line.text.find('@') != std::string::npos && !ReplaceCalls(line, work))
-    return Certain("<script error>");
+    return Outcomes::Certain(kScriptErrorMarker);
   // The assignment's expression: the text after the first "=", trimmed.
   Template expr{Trim(line.text.substr(line.text.find('=') + 1)), line.slots};
   Outcomes out =

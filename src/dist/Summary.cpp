@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "calc/Markers.h"
 #include "calc/NumberText.h"
 #include "calc/RuntimeError.h"
 
@@ -83,8 +84,7 @@ void Cumulate(Distribution& dist) {
 }  // namespace
 
 bool IsFailureText(const std::string& text) {
-  return text.empty() || text == "<error>" || text == "<calc error>" || text == "<script error>" ||
-         text == "<break>";
+  return text.empty() || IsFailureMarker(text);
 }
 
 void FinishDistribution(const Outcomes& found, Distribution& dist) {

@@ -12,12 +12,11 @@
 #include <string_view>
 #include <vector>
 
+#include "calc/Basic.h"
 #include "calc/Markers.h"
 #include "calc/VarStore.h"
 
 namespace gandrel {
-
-inline constexpr const char* kCrLf = "\r\n";
 
 // One call being handled: the line and details of ProcFunc, and the line cut
 // around the call.

@@ -4,6 +4,7 @@
 #include "calc/Pump.h"
 #include "calc/RunFlags.h"
 #include "calc/modEvaluate.h"
+#include "dice/DiceText.h"
 #include "dice/Random.h"
 #include "dice/modDiceCalc.h"
 
@@ -15,6 +16,7 @@ void ResetEngineState() {
   ResetPump();
   ResetEvaluator();
   ClearDieTypes();
+  maxDiceText = kMostDiceText;
   ResetRandom();
 }
 

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "calc/Basic.h"
+#include "calc/Markers.h"
 #include "calc/RunFlags.h"
 #include "calc/modGRCalcs.h"
 #include "dice/modDiceCalc.h"
@@ -12,8 +13,6 @@
 namespace gandrel {
 
 namespace {
-
-constexpr const char* kDefaultPickPrompt = "Please pick an item:";
 
 size_t FindList(const VarStore& store, std::string_view name) {
   for (size_t i = 1; i < store.listNames.size(); ++i)
@@ -28,7 +27,7 @@ std::string PickPrompt(std::string_view written, const VarStore& store) {
   if (prompt.size() >= 2 && prompt.front() == '"' && prompt.back() == '"')
     prompt = prompt.substr(1, prompt.size() - 2);
   ReplaceVars(prompt, store);
-  return prompt.empty() ? kDefaultPickPrompt : prompt;
+  return prompt.empty() ? std::string(kPickPrompt) : prompt;
 }
 
 // The item that the variable's value numbers, else the first.
@@ -78,7 +77,7 @@ void RunPickList(ScriptRun& run, std::string& text) {
   size_t comma = text.find(',');
   if (comma == std::string::npos) return Fail(run, text);
   std::string listName = text.substr(0, comma), variableName = text.substr(comma + 1);
-  std::string prompt = kDefaultPickPrompt;
+  std::string prompt(kPickPrompt);
   size_t second = variableName.find(',');
   if (second != std::string::npos) {
     prompt = PickPrompt(std::string_view(variableName).substr(second + 1), run.store);

@@ -1,5 +1,8 @@
 #include "script/ScriptFiles.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdio>
 
 namespace gandrel {
@@ -34,13 +37,38 @@ class RealFiles final : public ScriptFileLayer {
  public:
   std::unique_ptr<ScriptFile> Open(const std::string& path, bool overwrite) override {
     if (path.empty()) return nullptr;
-    std::FILE* file = std::fopen(path.c_str(), overwrite ? "wb" : "ab");
-    if (!file) return nullptr;
+    // Opening a pipe that nobody reads would wait for a reader for ever,
+    // with no event pumped: without waiting it fails at once instead.
+    int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | (overwrite ? O_TRUNC : O_APPEND);
+    int fd = open(path.c_str(), flags, 0666);
+    if (fd < 0) return nullptr;
+    // Once open, writes wait as ordinary writes do.
+    std::FILE* file = fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK) == 0
+                          ? fdopen(fd, overwrite ? "wb" : "ab")
+                          : nullptr;
+    if (!file) {
+      close(fd);
+      return nullptr;
+    }
     return std::make_unique<RealFile>(file);
   }
 };
 
+class DiscardingFile final : public ScriptFile {
+ public:
+  bool Write(std::string_view) override { return true; }
+  bool Close() override { return true; }
+};
+
+class DiscardingFiles final : public ScriptFileLayer {
+ public:
+  std::unique_ptr<ScriptFile> Open(const std::string&, bool) override {
+    return std::make_unique<DiscardingFile>();
+  }
+};
+
 RealFiles realFiles;
+DiscardingFiles discardingFiles;
 ScriptFileLayer* current = &realFiles;
 
 }  // namespace
@@ -51,6 +79,10 @@ ScriptFileLayer& ScriptFiles() {
 
 void SetScriptFiles(ScriptFileLayer* layer) {
   current = layer ? layer : &realFiles;
+}
+
+ScriptFileLayer& DiscardingScriptFiles() {
+  return discardingFiles;
 }
 
 }  // namespace gandrel

@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "calc/Installed.h"
+
 namespace gandrel {
 
 // One open file. Text reaches it as bytes, unchanged (CR LF stays CR LF).
@@ -30,7 +32,8 @@ class ScriptFileLayer {
   // Opens path for appending (created when missing), or for writing from
   // the start when overwrite is True (an existing file is emptied). A
   // relative path is taken from the current directory. nullptr when the file
-  // cannot be opened.
+  // cannot be opened. Opening never waits: a pipe that nobody reads cannot
+  // be opened.
   virtual std::unique_ptr<ScriptFile> Open(const std::string& path, bool overwrite) = 0;
 };
 
@@ -39,5 +42,11 @@ ScriptFileLayer& ScriptFiles();
 
 // Installs layer (nullptr restores real files). The caller keeps ownership.
 void SetScriptFiles(ScriptFileLayer* layer);
+// Installs one for the length of a block.
+using ScriptFilesScope = Installed<ScriptFileLayer, ScriptFiles, SetScriptFiles>;
+
+// A layer that touches no file: every path opens, every write succeeds, and
+// nothing is kept.
+ScriptFileLayer& DiscardingScriptFiles();
 
 }  // namespace gandrel

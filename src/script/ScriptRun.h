@@ -21,13 +21,12 @@
 #include <string_view>
 #include <vector>
 
+#include "calc/Basic.h"
 #include "calc/VarStore.h"
 #include "script/ScriptFiles.h"
 #include "script/ScriptWindows.h"
 
 namespace gandrel {
-
-inline constexpr std::string_view kCrLf = "\r\n";
 
 // One open FOR loop.
 struct ForLoop {

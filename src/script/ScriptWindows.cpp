@@ -12,9 +12,12 @@ class DiscardingWindow final : public OutputWindow {
  public:
   void Print(const std::string&) override {}
   void Clear() override {}
-  void Close() override {}
+  void Close() override { open_ = false; }
   void Raise() override {}
-  bool IsOpen() const override { return true; }
+  bool IsOpen() const override { return open_; }
+
+ private:
+  bool open_ = true;
 };
 
 // Every prompt answered as Okay on what it offers; nothing shown.
@@ -31,7 +34,7 @@ class DefaultAnswers final : public ScriptWindows {
     runFlags.PauseEnded = true;
   }
   std::unique_ptr<OutputWindow> OpenOutputWindow(const std::string&, const std::string&) override {
-    return std::make_unique<DiscardingWindow>();
+    return DiscardingOutputWindow();
   }
   void Display(const std::string&, const std::string&) override {}
 };
@@ -45,6 +48,10 @@ double EnteredNumber(const std::string& text) {
   double value = 0;
   if (TrapRuntimeError([&] { value = ReadNumber(text); })) value = 0;
   return value;
+}
+
+std::unique_ptr<OutputWindow> DiscardingOutputWindow() {
+  return std::make_unique<DiscardingWindow>();
 }
 
 ScriptWindows& Windows() {

@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "calc/Installed.h"
+
 namespace gandrel {
 
 // One output window, as the run that opened it holds it. Dropping the object
@@ -76,5 +78,10 @@ ScriptWindows& Windows();
 
 // Installs windows (nullptr restores the stand-in). The caller keeps ownership.
 void SetScriptWindows(ScriptWindows* windows);
+// Installs them for the length of a block.
+using ScriptWindowsScope = Installed<ScriptWindows, Windows, SetScriptWindows>;
+
+// An output window that shows nothing and keeps nothing, open until closed.
+std::unique_ptr<OutputWindow> DiscardingOutputWindow();
 
 }  // namespace gandrel

@@ -4,6 +4,7 @@
 
 #include "ShellFixture.h"
 #include "app/Settings.h"
+#include "app/TextEncoding.h"
 
 namespace gandrel::testing {
 namespace {
@@ -263,31 +264,50 @@ TEST_F(ScriptFileTest, TheEditorComesBackAfterARestart) {
 }
 
 // A kept editor that cannot be read is left as it is, and so is one that
-// Gandrel did not write.
+// Gandrel did not write; the editor of that run is kept in a file of its own
+// beside it, never over one, and comes back from there once it is put in
+// the place of gandrel.script.
 TEST_F(ScriptFileTest, AKeptEditorThatCannotBeReadIsNeverWrittenOver) {
-  for (const char* content : {"", "result = 1\r\n"}) {
+  const std::vector<std::string> contents{"", "result = 1\r\n"};
+  for (size_t i = 0; i < contents.size(); ++i) {
+    const std::string& content = contents[i];
     SCOPED_TRACE(content);
     std::filesystem::remove_all(PathOf("gandrel.script"));
-    if (*content) {
+    if (!content.empty()) {
       WriteFile("gandrel.script", content);
     } else {
       std::filesystem::create_directory(PathOf("gandrel.script"));
     }
     ui.messages.clear();
     StartUp();
-    Type("typed");
+    Type("typed " + std::to_string(i));
     RestoreScriptEditor();
-    EXPECT_EQ(view.script, "typed");
+    EXPECT_EQ(view.script, "typed " + std::to_string(i));
     ASSERT_EQ(ui.messages.size(), 1u);
     EXPECT_EQ(ui.messages[0].text.rfind(
                   "Gandrel could not read its script editor from " + PathOf("gandrel.script"), 0),
               0u);
-    EXPECT_FALSE(KeepScriptEditor());
-    EXPECT_EQ(ui.messages.size(), 2u);  // the editor is not kept, and the user is told
-    if (*content) {
+    EXPECT_TRUE(KeepScriptEditor());
+    // The user is told where it went: the first free name.
+    std::string beside = "gandrel-" + std::to_string(i + 1) + ".script";
+    ASSERT_EQ(ui.messages.size(), 2u);
+    EXPECT_NE(ui.messages[1].text.find(PathOf(beside)), std::string::npos) << ui.messages[1].text;
+    if (!content.empty()) {
       EXPECT_EQ(ReadFile("gandrel.script"), content);
     }
+    EXPECT_NE(ReadFile(beside).find("typed " + std::to_string(i)), std::string::npos);
   }
+  // The first run's editor, put in its place, comes back.
+  std::filesystem::remove_all(PathOf("gandrel.script"));
+  std::filesystem::rename(PathOf("gandrel-1.script"), PathOf("gandrel.script"));
+  ui.messages.clear();
+  StartUp();
+  view = FakeView{};
+  RestoreScriptEditor();
+  EXPECT_EQ(view.script, "typed 0");
+  EXPECT_TRUE(view.modified);
+  EXPECT_TRUE(ui.messages.empty());
+  EXPECT_NE(ReadFile("gandrel-2.script").find("typed 1"), std::string::npos);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // The executor beyond what the script cases show: failure reports, lines
 // that the tokenizer never makes, the run flags around a run, real files.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -221,11 +223,15 @@ TEST_F(RealFilesTest, AppendOverwriteAndFailures) {
   EXPECT_EQ(Read("Sub/Log.TXT"), "old\r\n2\r\nx");
   EXPECT_EQ(Read("new.txt"), "c\r\n");
   EXPECT_FALSE(fs::exists(folder / "sub" / "log.txt"));  // the path keeps its case
-  for (const char* path : {"Sub", "missing/x.txt"}) {
+  // A pipe that nobody reads would hold the run for ever at its opening.
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  alarm(20);
+  for (const char* path : {"Sub", "missing/x.txt", "pipe"}) {
     outcome = RunScriptText(std::string("open file a, ") + path);
     EXPECT_EQ(outcome.result, "<script error>") << path;
     EXPECT_EQ(outcome.log, kOpenFileError) << path;
   }
+  alarm(0);
 }
 
 }  // namespace
