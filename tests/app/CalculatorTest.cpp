@@ -29,13 +29,6 @@ class CalculatorTest : public ShellTest {
   }
 };
 
-Shown ShownOf(const Distribution& dist) {
-  Shown shown;
-  for (const DistOutcome& o : dist.outcomes)
-    shown[o.text] += o.probability;
-  return shown;
-}
-
 // What the Roll request itself shows, every sequence of faces forced on it.
 Shown RequestedThrough(const std::string& dieValue, double faces, double* cut = nullptr) {
   return EveryFaceSequence([&] { return WorkOutRoll(dieValue).result; }, faces, 9, cut);
