@@ -111,10 +111,6 @@ TEST_F(TerminalWindowsTest, PickListReadsAChoice) {
     EXPECT_EQ(runFlags.PickIndex, stored);
   }
 
-  Terminal once("x\n");
-  once.windows->PickItem("Weapon?", {"sword", "dagger", "long bow"}, 2);
-  EXPECT_EQ(once.Err(),
-            "Weapon?\n  1. sword\n  2. dagger\n  3. long bow\n  0. Cancel\nChoice [2]: x\n");
   Terminal again("x\n11\n", true);
   again.windows->PickItem("", Items(10, "d"), 10);
   std::string err = again.Err();
