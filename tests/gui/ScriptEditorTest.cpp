@@ -1,7 +1,7 @@
 // The script editor: colours by the tokenizer's rules, marks for GOTOs
 // without their label and for the line a run stopped on, undo of the
-// program's own replacements, its keys, find, its font, and the editor kept
-// across a restart. Help shows the guide to scripts.
+// program's own replacements, find and its font. Help shows the guide to
+// scripts.
 #include <QTextBrowser>
 
 #include "WindowFixture.h"
@@ -139,21 +139,6 @@ TEST_F(WindowTest, TheProgramsReplacementsCanBeUndone) {
   EXPECT_EQ(Text(w.txtScript), "result = 2d6");
 }
 
-TEST_F(WindowTest, TabTypesATabAndCtrlTabLeavesTheEditor) {
-  frmMain& w = StartWindow();
-  w.txtScript->setFocus();
-  ASSERT_TRUE(w.txtScript->hasFocus());
-  QTest::keyClick(w.txtScript, Qt::Key_Tab);
-  QTest::keyClicks(w.txtScript, "print");
-  EXPECT_EQ(Text(w.txtScript), "\tprint");
-  QTest::keyClick(w.txtScript, Qt::Key_Tab, Qt::ControlModifier);
-  EXPECT_FALSE(w.txtScript->hasFocus());
-  w.txtScript->setFocus();
-  QTest::keyClick(w.txtScript, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
-  EXPECT_FALSE(w.txtScript->hasFocus());
-  EXPECT_EQ(Text(w.txtScript), "\tprint");
-}
-
 TEST_F(WindowTest, FindGoesRoundTheEnd) {
   frmMain& w = StartWindow();
   w.txtScript->setPlainText("roll = 1d20\nresult = roll\nprint w, ROLL");
@@ -194,18 +179,6 @@ TEST_F(WindowTest, TheEditorIsMonospacedUntilAFontIsChosen) {
   EXPECT_TRUE(w.txtScript->font().italic());
   // The other windows' fonts fall back to the system's default family.
   EXPECT_EQ(ShownFont(kOutputFont, FontSetting{}).family(), QApplication::font().family());
-}
-
-TEST_F(WindowTest, TheEditorSurvivesARestart) {
-  frmMain& w = StartWindow();
-  QTest::keyClicks(w.txtScript, "result = 3d6");
-  w.close();  // which keeps the editor
-  frmMain& again = StartWindow();
-  EXPECT_EQ(Text(again.txtScript), "result = 3d6");
-  EXPECT_EQ(again.lblScript->text(), "Script");
-  EXPECT_TRUE(scriptEditor.Modified);
-  EXPECT_EQ(again.lblScript->palette().color(QPalette::Window), QColor(224, 224, 224));
-  EXPECT_FALSE(again.txtScript->document()->isUndoAvailable());
 }
 
 TEST_F(WindowTest, HelpShowsTheGuideToScripts) {
