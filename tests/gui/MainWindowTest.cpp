@@ -90,12 +90,6 @@ TEST_F(WindowTest, EnterOrLeavingOnAListedValueIsNoPick) {
   EXPECT_EQ(w.comboDieValue->currentText(), "<current script>");
 }
 
-void WriteTo(const QString& path, const QByteArray& content) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(content);
-}
-
 // Picks the entry text from the list with the arrow keys, as a user can.
 void PickWithKeys(QComboBox* box, const QString& text) {
   int index = box->findText(text);
@@ -106,10 +100,9 @@ void PickWithKeys(QComboBox* box, const QString& text) {
 }
 
 TEST_F(WindowTest, PickingAnEntryNeverRolls) {
-  QString script = folder.filePath("combat.DIE");
+  QString script = WriteFile("combat.DIE", "a = 1\r\nresult = a\r\n\r\n");
   QString gone = folder.filePath("gone.die");
-  WriteTo(script, "a = 1\r\nresult = a\r\n\r\n");
-  WriteTo(folder.filePath("gandrel.def"), ("2d8\r\n" + script + "\r\n" + gone + "\r\n").toUtf8());
+  WriteFile("gandrel.def", ("2d8\r\n" + script + "\r\n" + gone + "\r\n").toUtf8());
   frmMain& w = StartWindow();
   ASSERT_EQ(w.comboDieValue->currentText(), "2d8");  // the first entry, rolled
   std::string clipboard = Clipboard();

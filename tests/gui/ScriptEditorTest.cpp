@@ -109,11 +109,7 @@ TEST_F(WindowTest, TheLineARunStoppedOnIsShownUntilTheNextRoll) {
 // Picking a die value, New and Load replace the editor's text; undo brings
 // it back.
 TEST_F(WindowTest, TheProgramsReplacementsCanBeUndone) {
-  {
-    QFile file(folder.filePath("fight.die"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("result = 2d6\r\n");
-  }
+  QString fight = WriteFile("fight.die", "result = 2d6\r\n");
   frmMain& w = StartWindow();
   EXPECT_FALSE(w.txtScript->document()->isUndoAvailable());  // nothing before the start
   QTest::keyClicks(w.txtScript, "typed by hand");
@@ -129,7 +125,7 @@ TEST_F(WindowTest, TheProgramsReplacementsCanBeUndone) {
   w.txtScript->undo();
   EXPECT_EQ(Text(w.txtScript), "typed by hand");
 
-  PickDieValue(folder.filePath("fight.die").toStdString());
+  PickDieValue(fight.toStdString());
   EXPECT_EQ(Text(w.txtScript), "result = 2d6");
   EXPECT_FALSE(scriptEditor.Modified);
   w.txtScript->undo();

@@ -370,11 +370,7 @@ TEST_F(WindowTest, DisplayShowsResultAndLogOnly) {
 // While a script runs, its pumps may reach every handler of the main window:
 // those that would roll, load or rewrite the die value do nothing.
 TEST_F(WindowTest, WhileAScriptRunsTheMainWindowStartsNothing) {
-  QString script = folder.filePath("fight.die");
-  QFile file(script);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write("result = 1\r\n");
-  file.close();
+  QString script = WriteFile("fight.die", "result = 1\r\n");
   frmMain& w = StartWindow();
   TypeAndEnter(script);
   w.txtScript->setPlainText("var x");
