@@ -24,6 +24,38 @@ struct CliOutcome {
   std::string out, err;
 };
 
+// Standard input from a text; standard output and error kept in memory.
+class MemoryStreams {
+ public:
+  explicit MemoryStreams(std::string input) : input_(std::move(input)) {
+    // fmemopen wants a size of at least 1.
+    in =
+        input_.empty() ? std::fopen("/dev/null", "r") : fmemopen(input_.data(), input_.size(), "r");
+    out = open_memstream(&outText_, &outSize_);
+    err = open_memstream(&errText_, &errSize_);
+  }
+  ~MemoryStreams() {
+    for (FILE* f : {in, out, err})
+      std::fclose(f);
+    std::free(outText_);
+    std::free(errText_);
+  }
+  std::string Out() {
+    std::fflush(out);
+    return std::string(outText_, outSize_);
+  }
+  std::string Err() {
+    std::fflush(err);
+    return std::string(errText_, errSize_);
+  }
+  FILE *in, *out, *err;
+
+ private:
+  std::string input_;
+  char *outText_ = nullptr, *errText_ = nullptr;
+  size_t outSize_ = 0, errSize_ = 0;
+};
+
 class CliRunTest : public testing::EngineTest {
  protected:
   void SetUp() override {
@@ -40,17 +72,9 @@ class CliRunTest : public testing::EngineTest {
     args.insert(args.begin(), {"--config", config.path()});
     CliOptions options;
     EXPECT_EQ(ParseCliOptions(args, options), "");
-    FILE* in = fmemopen(input.data(), input.size(), "r");
-    char *outText = nullptr, *errText = nullptr;
-    size_t outSize = 0, errSize = 0;
-    FILE *out = open_memstream(&outText, &outSize), *err = open_memstream(&errText, &errSize);
-    int status = RunCli(options, in, out, err);
-    for (FILE* f : {in, out, err})
-      std::fclose(f);
-    CliOutcome o{status, outText, errText};
-    std::free(outText);
-    std::free(errText);
-    return o;
+    MemoryStreams streams(input);
+    int status = RunCli(options, streams.in, streams.out, streams.err);
+    return {status, streams.Out(), streams.Err()};
   }
 
   testing::TempFolder config;
