@@ -29,13 +29,6 @@ class CalculatorTest : public ShellTest {
   }
 };
 
-Shown ShownOf(const Distribution& dist) {
-  Shown shown;
-  for (const DistOutcome& o : dist.outcomes)
-    shown[o.text] += o.probability;
-  return shown;
-}
-
 // What the Roll request itself shows, every sequence of faces forced on it.
 Shown RequestedThrough(const std::string& dieValue, double faces, double* cut = nullptr) {
   return EveryFaceSequence([&] { return WorkOutRoll(dieValue).result; }, faces, 9, cut);
@@ -61,23 +54,16 @@ TEST_F(CalculatorTest, ExactOutcomesAreWhatTheRollRequestShows) {
       {"\"x\"+1d3", 3},
       {"  2d3 ", 3},
       {"@best(3,4d3)", 3},
-      {"@worst(1,2d3)", 3},
       {"=2*@best(2,3d3)", 3},
-      {"=5-@best(2,3d3)", 3},
       {"@cap(2,3,4d3-1)", 3},
-      {"@lcap(2,2d3+1dfate)", 3},
-      {"@limit(3,5,2d3)", 3},
       {"=@ulimit(4,2d3-1d3)*2", 3},
       {"=@best(1,1d3)d3", 3},
-      {"=\"hi\"+@best(1,2d3)", 3},
       {"= \"You rolled \" 1d3", 3},
       {"=1d3 \"and\" 1d3 \" and \" 1d3", 3},
-      {"= 2d3 \"pts\"", 3},
       {"=\"x\"", 3},
       {"=1d3/0 \"a\" 1d3-1", 3},
       {"=\"a\"+1d3+\"b\"", 3},
       {"=@best(1,2d3) \"best\"", 3},
-      {"=@best(1,1d3)+@worst(1,2d3)", 3},
       {"=1/0", 3},
       {"=3d3>=5", 3},
       {"@foo(1)", 3},
@@ -166,7 +152,7 @@ TEST_F(CalculatorTest, ExactWhenItCanBeEstimatedOtherwise) {
 // Prompts, windows, files, message boxes, the history, the clipboard, the
 // default die and the die types: an estimate leaves them all as they were.
 TEST_F(CalculatorTest, AnEstimateTouchesNothing) {
-  std::string path = PathOf("out.txt");
+  std::string path = dir.Path("out.txt");
   view.script =
       "var x\r\nget x, How many?\r\nopen window w\r\nprint w, hello\r\n"
       "open file f, " +

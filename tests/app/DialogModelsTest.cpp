@@ -14,17 +14,6 @@ using TextCase = std::tuple<std::string, size_t, std::string>;
 
 using DialogModelsTest = ShellTest;
 
-// Rebuilding keeps only the good entries, ranges first; checking leaves the tables alone.
-TEST_F(DialogModelsTest, DieTypeEntries) {
-  RebuildDieTypes({"dfib = 1,1,2,3,5", "fate = 1 to -1"});
-  RebuildDieTypes({"  dfib = 1,2  ", "dhuge = 1 to 1E12", "dx = 7", "d10 = 0 to 9"});
-  const Items rebuilt{"d10 = 0 to 9", "dfib = 1,2"};
-  EXPECT_EQ(ListDieTypeEntries(), rebuilt);
-  for (const char* entry : {"dfib = 3,4", "dy = 1 to 6", "d = 1 to 2"})
-    CheckDieTypeEntry(entry, rebuilt);
-  EXPECT_EQ(ListDieTypeEntries(), rebuilt);
-}
-
 // Accepted entries: stored as the tables keep them; one of an existing name
 // (any kind, ignoring case) replaces it after a question naming both.
 TEST_F(DialogModelsTest, AcceptedDieTypeEntries) {
@@ -108,7 +97,8 @@ TEST_F(DialogModelsTest, DieTypePreview) {
 
 // The dialog opened again lists what it was left with: each kind longest
 // first, equal lengths as the user left them (the tables' own sort alone
-// would turn [da, db, dccc] into [dccc, db, da]).
+// would turn [da, db, dccc] into [dccc, db, da]); rebuilding replaces the
+// tables as a whole.
 TEST_F(DialogModelsTest, ReopeningKeepsTheOrder) {
   const struct {
     Items entries, arranged;
@@ -116,7 +106,11 @@ TEST_F(DialogModelsTest, ReopeningKeepsTheOrder) {
       {{"da = 1 to 2", "db = 3 to 4", "dccc = 1 to 3", "dee = 5,6", "df = 1,2"},
        {"dccc = 1 to 3", "da = 1 to 2", "db = 3 to 4", "dee = 5,6", "df = 1,2"}},
       {{"dx = 1 to 2", "dy = 3 to 4", "dX = 5 to 6", "dz = 7"}, {"dX = 5 to 6", "dy = 3 to 4"}},
+      // Only the good entries are kept, trimmed.
+      {{"  dfib = 1,2  ", "dhuge = 1 to 1E12", "dx = 7", "d10 = 0 to 9"},
+       {"d10 = 0 to 9", "dfib = 1,2"}},
   };
+  RebuildDieTypes({"dfib = 1,1,2,3,5", "fate = 1 to -1"});  // replaced as a whole
   for (const auto& c : cases) {
     EXPECT_EQ(ArrangeDieTypeEntries(c.entries), c.arranged);
     RebuildDieTypes(c.entries);
@@ -124,6 +118,10 @@ TEST_F(DialogModelsTest, ReopeningKeepsTheOrder) {
     RebuildDieTypes(ListDieTypeEntries());
     EXPECT_EQ(ListDieTypeEntries(), c.arranged);
   }
+  // Checking an entry leaves the tables alone.
+  for (const char* entry : {"dfib = 3,4", "dy = 1 to 6", "d = 1 to 2"})
+    CheckDieTypeEntry(entry, ListDieTypeEntries());
+  EXPECT_EQ(ListDieTypeEntries(), (Items{"d10 = 0 to 9", "dfib = 1,2"}));
 }
 
 TEST_F(DialogModelsTest, DefaultDie) {

@@ -12,7 +12,7 @@ namespace {
 
 class IniTest : public ShellTest {
  protected:
-  std::string ini() const { return PathOf("test.ini"); }
+  std::string ini() const { return dir.Path("test.ini"); }
 };
 
 TEST_F(IniTest, UnregisteredAccessIsRefused) {
@@ -26,7 +26,7 @@ TEST_F(IniTest, UnregisteredAccessIsRefused) {
 }
 
 TEST_F(IniTest, Reads) {
-  WriteFile("test.ini",
+  dir.Write("test.ini",
             "top=1\n[FLAGS]\n; OnTop=5\n ONTOP = 12 \nlead=7x\nneg=-3\nminus=- 4\nplus=+5\n"
             "huge=99999999999\nempty=\nlong=" +
                 std::string(300, 'x') + "\nutf8=" + std::string(253, 'x') +
@@ -56,33 +56,33 @@ TEST_F(IniTest, Reads) {
 }
 
 TEST_F(IniTest, WritesInPlaceAndAppendsInOrder) {
-  WriteFile("test.ini", "; top comment\n[A]\n; about x\nx = 1\nother=keep\n\n[B]\ny=2\n");
+  dir.Write("test.ini", "; top comment\n[A]\n; about x\nx = 1\nother=keep\n\n[B]\ny=2\n");
   SetIniFile("a", ini());
   EXPECT_EQ(WriteIniInt("X", 5), 1);
   EXPECT_EQ(WriteIniString("z", "line\r\nbreak"), 1);
   SetIniFile("C", ini());
   WriteIniInt("w", -1);
   WriteIniInt("v", 2);
-  EXPECT_EQ(ReadFile("test.ini"),
+  EXPECT_EQ(dir.Read("test.ini"),
             "; top comment\n[A]\n; about x\nx=5\nother=keep\nz=line  break\n\n[B]\ny=2\n\n[C]\n"
             "w=-1\nv=2\n");
 }
 
 TEST_F(IniTest, BatchWritesOnceAtTheEnd) {
-  WriteFile("test.ini", "[A]\nx=1\n");
+  dir.Write("test.ini", "[A]\nx=1\n");
   BeginIniBatch();
   SetIniFile("A", ini());
   WriteIniInt("x", 2);
   WriteIniString("y", "3");
   EXPECT_EQ(GetIniInt("x", 0), 2);
-  EXPECT_EQ(ReadFile("test.ini"), "[A]\nx=1\n");
+  EXPECT_EQ(dir.Read("test.ini"), "[A]\nx=1\n");
   std::string file, reason;
   EXPECT_TRUE(EndIniBatch(file, reason));
-  EXPECT_EQ(ReadFile("test.ini"), "[A]\nx=2\ny=3\n");
-  WriteFile("test.ini", "[A]\r\nx=22\r\n");  // changed on disk: read again
+  EXPECT_EQ(dir.Read("test.ini"), "[A]\nx=2\ny=3\n");
+  dir.Write("test.ini", "[A]\r\nx=22\r\n");  // changed on disk: read again
   EXPECT_EQ(GetIniInt("x", 0), 22);
   WriteIniInt("y", 1);  // and its line ends kept
-  EXPECT_EQ(ReadFile("test.ini"), "[A]\r\nx=22\r\ny=1\r\n");
+  EXPECT_EQ(dir.Read("test.ini"), "[A]\r\nx=22\r\ny=1\r\n");
 }
 
 TEST_F(IniTest, UnreadableFileIsToldOnceAndNotOverwritten) {

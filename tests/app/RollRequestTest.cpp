@@ -92,16 +92,6 @@ TEST_F(RollRequestTest, Outcomes) {
   EXPECT_EQ(DieHistory, Items{""});  // none of the three kinds added
 }
 
-TEST_F(RollRequestTest, BreakShowsBreakWithoutMessage) {
-  SetPumpEveryCall(true);
-  ui.onPump = [](long) { runFlags.BreakRequested = true; };
-  Roll("100d6");
-  EXPECT_EQ(view.result, "<break>");
-  EXPECT_EQ(view.eachResult, "<break>");
-  EXPECT_EQ(view.clipboard, " rolls <break> on 100d6");
-  EXPECT_TRUE(ui.messages.empty());
-}
-
 std::string Repeated(const std::string& text, int times) {
   std::string out;
   for (int i = 0; i < times; ++i)

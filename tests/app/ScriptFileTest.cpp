@@ -27,18 +27,6 @@ class ScriptFileTest : public ShellTest {
   std::filesystem::path start;
 };
 
-TEST_F(ScriptFileTest, ScriptLinesForAFile) {
-  // Blanks at line ends go, a blank rest after the last line end is left out.
-  for (const char* editor : {"  x  \r\n\r\ny\t ", "  x\r\n\r\ny\t\r\n   "}) {
-    Items lines = SplitScriptLines(editor);
-    EXPECT_EQ(lines, (Items{"  x", "", "y\t", ""})) << editor;
-    EXPECT_EQ(ScriptFileContents(lines), "  x\r\n\r\ny\t\r\n\r\n");
-    EXPECT_EQ(JoinScriptLines(lines), "  x\r\n\r\ny\t\r\n");
-  }
-  // The last line's CR and LF become blanks, and it is trimmed.
-  EXPECT_EQ(ScriptFileContents({"a", " x\ry\n "}), "a\r\nx y\r\n");
-}
-
 TEST_F(ScriptFileTest, ScriptNamesAndExtension) {
   // The path chosen, the current folder, the name the script is known by.
   const char* const cases[][3] = {
@@ -85,19 +73,21 @@ TEST_F(ScriptFileTest, LoadingTakesAnyLineEndsAndTheWindowsCodePage) {
   };
   for (const auto& [content, editor] : cases) {
     SCOPED_TRACE(::testing::PrintToString(content));
-    WriteFile("read.die", content);
-    scriptEditor.ScriptFileName = PathOf("read.die");
+    dir.Write("read.die", content);
+    scriptEditor.ScriptFileName = dir.Path("read.die");
     ASSERT_TRUE(LoadScriptText());
     EXPECT_EQ(view.script, editor);
   }
 }
 
 // Saving and loading again gives the editor text that the save showed, and
-// the file ends with one empty line.
+// the file ends with one empty line. Blanks at line ends go (TABs stay), a
+// blank rest after the last line end is left out.
 TEST_F(ScriptFileTest, SaveThenLoadRoundTrip) {
   const char* const cases[][3] = {
       // typed, shown after the save, the file
       {"a  \r\nb", "a\r\nb\r\n", "a\r\nb\r\n\r\n"},
+      {"  x  \r\n\r\ny\t ", "  x\r\n\r\ny\t\r\n", "  x\r\n\r\ny\t\r\n\r\n"},
       {"a\r\n\r\n  \r\n", "a\r\n\r\n\r\n", "a\r\n\r\n\r\n\r\n"},
       {"", "", "\r\n"},
       {"  ; \xE2\x82\xAC", "  ; \xE2\x82\xAC\r\n", "  ; \xE2\x82\xAC\r\n\r\n"},
@@ -105,49 +95,52 @@ TEST_F(ScriptFileTest, SaveThenLoadRoundTrip) {
   for (const auto& [typed, shown, file] : cases) {
     SCOPED_TRACE(::testing::PrintToString(typed));
     Type(typed);
-    scriptEditor.ScriptFileName = PathOf("trip.die");
+    scriptEditor.ScriptFileName = dir.Path("trip.die");
     ASSERT_TRUE(SaveScriptText());
     EXPECT_EQ(view.script, shown);
-    EXPECT_EQ(ReadFile("trip.die"), file);
+    EXPECT_EQ(dir.Read("trip.die"), file);
     Type("something else");
     ASSERT_TRUE(LoadScriptText());
     EXPECT_EQ(view.script, shown);
   }
+  // The last line's CR and LF become blanks, and it is trimmed.
+  EXPECT_EQ(ScriptFileContents({"a", " x\ry\n "}), "a\r\nx y\r\n");
 }
 
 TEST_F(ScriptFileTest, SaveAsksBeforeReplacingAFileThatHoldsSomething) {
   Type("a  \r\nb");
-  view.fileAnswers = {PathOf("combat")};
+  view.fileAnswers = {dir.Path("combat")};
   ASSERT_TRUE(SaveScriptAs());
   // Saved under the name with ".DIE", known by its bare name in its folder.
-  EXPECT_EQ(ReadFile("combat.DIE"), "a\r\nb\r\n\r\n");
+  EXPECT_EQ(dir.Read("combat.DIE"), "a\r\nb\r\n\r\n");
   EXPECT_EQ(view.script, "a\r\nb\r\n");
   EXPECT_EQ(view.caption, "Script -- combat.DIE");
   EXPECT_FALSE(view.modified);
   EXPECT_EQ(DieHistory, OneBased("combat.DIE"));
-  EXPECT_EQ(std::filesystem::current_path(), std::filesystem::path(folder));
+  EXPECT_EQ(std::filesystem::current_path(), std::filesystem::path(dir.path()));
   // The dialogs start at the editor's file in the current folder; a
   // cancelled one changes nothing.
   LoadScriptFile();
-  EXPECT_EQ(view.fileQuestions.back(), "Load Script " + PathOf("combat.DIE"));
+  EXPECT_EQ(view.fileQuestions.back(), "Load Script " + dir.Path("combat.DIE"));
   EXPECT_FALSE(SaveScriptAs());
-  EXPECT_EQ(view.fileQuestions.back(), "Save Script As " + PathOf("combat.DIE"));
+  EXPECT_EQ(view.fileQuestions.back(), "Save Script As " + dir.Path("combat.DIE"));
   EXPECT_EQ(view.caption, "Script -- combat.DIE");
 
   Type("changed");
-  const std::string question = PathOf("combat.DIE") + "\nThis script already exists. Overwrite it?";
+  const std::string question =
+      dir.Path("combat.DIE") + "\nThis script already exists. Overwrite it?";
   for (MsgAnswer answer : {MsgAnswer::No, MsgAnswer::Cancel, MsgAnswer::Yes}) {
     ui.answer = answer;
-    view.fileAnswers = {PathOf("combat.DIE")};
+    view.fileAnswers = {dir.Path("combat.DIE")};
     EXPECT_EQ(SaveScriptAs(), answer == MsgAnswer::Yes);
     EXPECT_EQ(ui.messages.back().text, question);
     EXPECT_EQ(ui.messages.back().buttons, MsgButtons::YesNoCancel);
   }
-  EXPECT_EQ(ReadFile("combat.DIE"), "changed\r\n\r\n");
+  EXPECT_EQ(dir.Read("combat.DIE"), "changed\r\n\r\n");
   // An empty file is no script: nothing to ask about.
-  WriteFile("empty.die", "");
+  dir.Write("empty.die", "");
   ui.messages.clear();
-  view.fileAnswers = {PathOf("empty.die")};
+  view.fileAnswers = {dir.Path("empty.die")};
   EXPECT_TRUE(SaveScriptAs());
   EXPECT_TRUE(ui.messages.empty());
 }
@@ -165,10 +158,10 @@ TEST_F(ScriptFileTest, NewAndLoadAskAboutAChangedScriptFirst) {
   EXPECT_EQ(ui.Texts(), (Items{"Do you want to save the current script before clearing it?",
                                "Do you want to save the current script before clearing it?"}));
 
-  WriteFile("fight.die", "result = 2d6\r\n");
+  dir.Write("fight.die", "result = 2d6\r\n");
   Type("y = 2");
   ui.answer = MsgAnswer::No;
-  view.fileAnswers = {PathOf("fight.die")};
+  view.fileAnswers = {dir.Path("fight.die")};
   LoadScriptFile();
   EXPECT_EQ(view.script, "result = 2d6");
   EXPECT_EQ(view.caption, "Script -- fight.die");
@@ -181,13 +174,13 @@ TEST_F(ScriptFileTest, NewAndLoadAskAboutAChangedScriptFirst) {
 TEST_F(ScriptFileTest, AFileThatCannotBeReadOrWrittenChangesNothing) {
   Type("keep me");
   ui.answer = MsgAnswer::No;
-  view.fileAnswers = {PathOf("missing.die")};
+  view.fileAnswers = {dir.Path("missing.die")};
   LoadScriptFile();
   EXPECT_EQ(view.script, "keep me");
   EXPECT_TRUE(view.modified);
   EXPECT_EQ(scriptEditor.ScriptFileName, "");
-  WriteFile("taken", "x");
-  view.fileAnswers = {PathOf("taken/inner.die")};  // a file where a folder should be
+  dir.Write("taken", "x");
+  view.fileAnswers = {dir.Path("taken/inner.die")};  // a file where a folder should be
   EXPECT_FALSE(SaveScriptAs());
   EXPECT_EQ(view.script, "keep me");
   EXPECT_TRUE(view.modified);
@@ -195,17 +188,17 @@ TEST_F(ScriptFileTest, AFileThatCannotBeReadOrWrittenChangesNothing) {
   ASSERT_EQ(ui.messages.size(), 3u);  // the question, then one message per file
   EXPECT_EQ(ui.messages[1].text.rfind("Gandrel could not read the script missing.die: ", 0), 0u);
   EXPECT_EQ(ui.messages[2].text.rfind(
-                "Gandrel could not save the script " + PathOf("taken/inner.die") + ": ", 0),
+                "Gandrel could not save the script " + dir.Path("taken/inner.die") + ": ", 0),
             0u);
 }
 
 TEST_F(ScriptFileTest, PickingAndTheEditorsEvents) {
-  WriteFile("fight.DIE", "a\r\nb");
-  PickDieValue(" " + PathOf("fight.DIE") + " ");
+  dir.Write("fight.DIE", "a\r\nb");
+  PickDieValue(" " + dir.Path("fight.DIE") + " ");
   EXPECT_EQ(view.script, "a\r\nb");
-  EXPECT_EQ(scriptEditor.ScriptFileName, PathOf("fight.DIE"));
-  PickDieValue(PathOf("FIGHT.die"));  // letter case counts on Linux: no such file
-  EXPECT_EQ(scriptEditor.ScriptFileName, PathOf("fight.DIE"));
+  EXPECT_EQ(scriptEditor.ScriptFileName, dir.Path("fight.DIE"));
+  PickDieValue(dir.Path("FIGHT.die"));  // letter case counts on Linux: no such file
+  EXPECT_EQ(scriptEditor.ScriptFileName, dir.Path("fight.DIE"));
   ScriptEditorFocused();
   EXPECT_EQ(view.dieValue, "3d6");  // a script with a file runs as its file
   PickDieValue("2d6");
@@ -240,7 +233,7 @@ TEST_F(ScriptFileTest, TheEditorComesBackAfterARestart) {
   EXPECT_EQ(scriptEditor.ScriptFileName, "");
 
   // A saved script, clean, in the current folder: known by its bare name.
-  view.fileAnswers = {PathOf("fight")};
+  view.fileAnswers = {dir.Path("fight")};
   ASSERT_TRUE(SaveScriptAs());
   ASSERT_TRUE(KeepScriptEditor());
   restart();
@@ -254,9 +247,9 @@ TEST_F(ScriptFileTest, TheEditorComesBackAfterARestart) {
   ASSERT_TRUE(KeepScriptEditor());
   std::filesystem::current_path(start);
   restart();
-  EXPECT_EQ(scriptEditor.ScriptFileName, PathOf("fight.DIE"));
+  EXPECT_EQ(scriptEditor.ScriptFileName, dir.Path("fight.DIE"));
   EXPECT_FALSE(view.modified);
-  WriteFile("fight.DIE", "result = 2\r\n");
+  dir.Write("fight.DIE", "result = 2\r\n");
   restart();
   EXPECT_TRUE(view.modified);
   EXPECT_EQ(view.script, "var x\r\nresult = \"\xE2\x82\xAC\"\r\n");
@@ -272,11 +265,11 @@ TEST_F(ScriptFileTest, AKeptEditorThatCannotBeReadIsNeverWrittenOver) {
   for (size_t i = 0; i < contents.size(); ++i) {
     const std::string& content = contents[i];
     SCOPED_TRACE(content);
-    std::filesystem::remove_all(PathOf("gandrel.script"));
+    std::filesystem::remove_all(dir.Path("gandrel.script"));
     if (!content.empty()) {
-      WriteFile("gandrel.script", content);
+      dir.Write("gandrel.script", content);
     } else {
-      std::filesystem::create_directory(PathOf("gandrel.script"));
+      std::filesystem::create_directory(dir.Path("gandrel.script"));
     }
     ui.messages.clear();
     StartUp();
@@ -285,21 +278,21 @@ TEST_F(ScriptFileTest, AKeptEditorThatCannotBeReadIsNeverWrittenOver) {
     EXPECT_EQ(view.script, "typed " + std::to_string(i));
     ASSERT_EQ(ui.messages.size(), 1u);
     EXPECT_EQ(ui.messages[0].text.rfind(
-                  "Gandrel could not read its script editor from " + PathOf("gandrel.script"), 0),
+                  "Gandrel could not read its script editor from " + dir.Path("gandrel.script"), 0),
               0u);
     EXPECT_TRUE(KeepScriptEditor());
     // The user is told where it went: the first free name.
     std::string beside = "gandrel-" + std::to_string(i + 1) + ".script";
     ASSERT_EQ(ui.messages.size(), 2u);
-    EXPECT_NE(ui.messages[1].text.find(PathOf(beside)), std::string::npos) << ui.messages[1].text;
+    EXPECT_NE(ui.messages[1].text.find(dir.Path(beside)), std::string::npos) << ui.messages[1].text;
     if (!content.empty()) {
-      EXPECT_EQ(ReadFile("gandrel.script"), content);
+      EXPECT_EQ(dir.Read("gandrel.script"), content);
     }
-    EXPECT_NE(ReadFile(beside).find("typed " + std::to_string(i)), std::string::npos);
+    EXPECT_NE(dir.Read(beside).find("typed " + std::to_string(i)), std::string::npos);
   }
   // The first run's editor, put in its place, comes back.
-  std::filesystem::remove_all(PathOf("gandrel.script"));
-  std::filesystem::rename(PathOf("gandrel-1.script"), PathOf("gandrel.script"));
+  std::filesystem::remove_all(dir.Path("gandrel.script"));
+  std::filesystem::rename(dir.Path("gandrel-1.script"), dir.Path("gandrel.script"));
   ui.messages.clear();
   StartUp();
   view = FakeView{};
@@ -307,7 +300,7 @@ TEST_F(ScriptFileTest, AKeptEditorThatCannotBeReadIsNeverWrittenOver) {
   EXPECT_EQ(view.script, "typed 0");
   EXPECT_TRUE(view.modified);
   EXPECT_TRUE(ui.messages.empty());
-  EXPECT_NE(ReadFile("gandrel-2.script").find("typed 1"), std::string::npos);
+  EXPECT_NE(dir.Read("gandrel-2.script").find("typed 1"), std::string::npos);
 }
 
 }  // namespace

@@ -13,19 +13,39 @@ namespace {
 
 using ScriptRequestTest = ShellTest;
 
+// A script file's name runs the editor's script too, whatever its name; a
+// GOTO without its label runs nothing; winresult shows in a message box too.
 TEST_F(ScriptRequestTest, TheEditorsScriptRuns) {
-  view.script = "var x\r\nx = 3d6\r\nlogon\r\nresult = x + 1\r\n";
+  const struct {
+    std::string script, typed, result, eachResult;
+    Items messages;
+  } cases[] = {
+      {"var x\r\nx = 3d6\r\nlogon\r\nresult = x + 1\r\n",
+       "<current script>",
+       "16",
+       "Calc: 15 + 1=16\r\n",
+       {}},
+      {"var x\r\nx = 3d6\r\nresult = x + 1\r\n", "Combat.DIE", "4", "", {}},
+      {"result = 1\r\ngoto nowhere",
+       "<current script>",
+       "<error>",
+       "<error>",
+       {"Label for GOTO not found at line 2"}},
+      {"winresult = 6 * 7", "<current script>", "42", "", {"42"}},
+  };
   ScriptRandom({FaceToRnd(6, 6), FaceToRnd(5, 6), FaceToRnd(4, 6), FaceToRnd(1, 6), FaceToRnd(1, 6),
                 FaceToRnd(1, 6)});
-  Roll("<current script>");
-  EXPECT_EQ(view.result, "16");
-  EXPECT_EQ(view.eachResult, "Calc: 15 + 1=16\r\n");
-  EXPECT_EQ(view.clipboard, " rolls 16 on <current script>");
-  // A script file's name runs the editor's script too, whatever its name.
-  Roll("Combat.DIE");
-  EXPECT_EQ(view.result, "4");
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.script);
+    ui.messages.clear();
+    view.script = c.script;
+    Roll(c.typed);
+    EXPECT_EQ(view.result, c.result);
+    EXPECT_EQ(view.eachResult, c.eachResult);
+    EXPECT_EQ(view.clipboard, " rolls " + c.result + " on " + c.typed);
+    EXPECT_EQ(ui.Texts(), c.messages);
+  }
   EXPECT_EQ(DieHistory, OneBased("Combat.DIE"));
-  EXPECT_EQ(ScriptLines.size(), 6u);  // 1-based, the empty END line last
 }
 
 TEST_F(ScriptRequestTest, OneLineScripts) {
@@ -43,15 +63,6 @@ TEST_F(ScriptRequestTest, OneLineScripts) {
   }
   EXPECT_EQ(view.eachResult, "Error: function not found in line:\r\nresult=@foo(1)");
   EXPECT_EQ(ScriptLines, (Items{"", std::string(1, '\0') + "result=@foo(1)"}));
-}
-
-TEST_F(ScriptRequestTest, AGotoWithoutItsLabelRunsNothing) {
-  view.script = "result = 1\r\ngoto nowhere";
-  Roll("<current script>");
-  EXPECT_EQ(view.result, "<error>");
-  EXPECT_EQ(view.eachResult, "<error>");
-  EXPECT_EQ(view.clipboard, " rolls <error> on <current script>");
-  EXPECT_EQ(ui.Texts(), Items{"Label for GOTO not found at line 2"});
 }
 
 // The editor is told the line where its script went wrong.
@@ -76,14 +87,8 @@ TEST_F(ScriptRequestTest, TheLineWhereTheEditorsScriptStopped) {
   }
 }
 
-TEST_F(ScriptRequestTest, WinresultShowsInAMessageBoxToo) {
-  view.script = "winresult = 6 * 7";
-  Roll("<current script>");
-  EXPECT_EQ(view.result, "42");
-  EXPECT_EQ(ui.Texts(), Items{"42"});
-}
-
-TEST_F(ScriptRequestTest, EscapeBreaksTheScript) {
+// Escape breaks a script as it breaks a roll: "<break>" and no message.
+TEST_F(ScriptRequestTest, EscapeBreaksTheScriptOrTheRoll) {
   view.script = "var i\r\nfor i = 1 to 10000\r\nnext\r\nresult = i";
   SetPumpEveryCall(true);
   ui.onPump = [](long pump) {
@@ -92,6 +97,11 @@ TEST_F(ScriptRequestTest, EscapeBreaksTheScript) {
   Roll("<current script>");
   EXPECT_EQ(view.result, "<break>");
   EXPECT_EQ(view.eachResult, "BREAK: ESC key pressed or Pause 'Cancel' pressed.");
+  ui.onPump = [](long) { runFlags.BreakRequested = true; };
+  Roll("100d6");
+  EXPECT_EQ(view.result, "<break>");
+  EXPECT_EQ(view.eachResult, "<break>");
+  EXPECT_EQ(view.clipboard, " rolls <break> on 100d6");
   EXPECT_TRUE(ui.messages.empty());
 }
 

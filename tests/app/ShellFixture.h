@@ -2,9 +2,6 @@
 // empty history and a fresh temporary folder as the application's folder.
 #pragma once
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -13,6 +10,7 @@
 #include "app/modGandrel.h"
 #include "app/modINI.h"
 #include "support/EngineFixture.h"
+#include "support/TempFolder.h"
 
 namespace gandrel::testing {
 
@@ -70,9 +68,7 @@ class ShellTest : public EngineTest {
  protected:
   void SetUp() override {
     EngineTest::SetUp();
-    folder = std::filesystem::temp_directory_path() / "gandrel-test-XXXXXX";
-    if (!mkdtemp(folder.data())) FAIL() << "cannot make a temporary folder";
-    SetAppDirectory(folder);
+    SetAppDirectory(dir.path());
     SetMainView(&view);
     ResetSettings();
     ResetIni();
@@ -82,17 +78,7 @@ class ShellTest : public EngineTest {
   void TearDown() override {
     SetMainView(nullptr);
     ResetIni();
-    std::filesystem::remove_all(folder);
     EngineTest::TearDown();
-  }
-  std::string PathOf(const std::string& name) const { return folder + "/" + name; }
-  void WriteFile(const std::string& name, const std::string& content) const {
-    std::ofstream(PathOf(name), std::ios::binary) << content;
-  }
-  std::string ReadFile(const std::string& name) const {
-    std::stringstream text;
-    text << std::ifstream(PathOf(name), std::ios::binary).rdbuf();
-    return text.str();
   }
   void Roll(const std::string& typed) {
     view.dieValue = typed;
@@ -100,7 +86,7 @@ class ShellTest : public EngineTest {
   }
 
   FakeView view;
-  std::string folder;
+  TempFolder dir;  // the application's folder
 };
 
 // "a b c" as the 1-based list {"", "a", "b", "c"}.

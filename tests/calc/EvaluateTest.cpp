@@ -123,12 +123,6 @@ TEST_F(EvaluateTest, LongInput) {
   ExpectValues(cases);
 }
 
-TEST_F(EvaluateTest, SilentFailures) {
-  for (const char* expression : {"", "+", "1/0", "5MOD0", "(1+2", ")1+2(", "()", "^5", "5^", "*5",
-                                 "5+", "1++", "5=", ">=5", "|1", "(5%)", "2*(1/0)"})
-    ExpectFailure(expression, "");
-}
-
 TEST_F(EvaluateTest, RunTimeErrorsShowAMessageAndFail) {
   for (std::string expression : {"1E400", "1+1E400", "1E200*1E200", "0^-1", "2147483648\\1",
                                  "-2147483648\\-1", "2147483648|0", "0&-2147483649", "(1E400)+1"})
@@ -139,8 +133,9 @@ TEST_F(EvaluateTest, RunTimeErrorsShowAMessageAndFail) {
   ExpectFailure(Nested(200), ErrorText("Out of stack space"));
 }
 
-// The cause of each failure; a part's own cause goes up through its
-// parentheses. The failure itself is the same with and without asking why.
+// Each failure: the value 0, "%" in front of the caller's text, and its
+// cause; a part's own cause goes up through its parentheses. Only the
+// run-time errors show a message. Asking why changes nothing.
 TEST_F(EvaluateTest, FailuresNameTheirCause) {
   const struct {
     const char* expression;
@@ -149,17 +144,23 @@ TEST_F(EvaluateTest, FailuresNameTheirCause) {
   } cases[] = {
       {"", EvalFault::Empty, ""},
       {"+", EvalFault::Empty, ""},
+      {"()", EvalFault::Empty, ""},
       {"2*()", EvalFault::Empty, ""},
       {"(1+2", EvalFault::UnpairedParentheses, ""},
       {"1+2)", EvalFault::UnpairedParentheses, ""},
       {")1+2(", EvalFault::UnclosedParenthesis, ""},
       {"(5%)", EvalFault::PercentInParentheses, ""},
       {"*5", EvalFault::OperatorFirst, "*"},
+      {"^5", EvalFault::OperatorFirst, "^"},
       {">=5", EvalFault::OperatorFirst, ">="},
+      {"|1", EvalFault::OperatorFirst, "|"},
       {"5^", EvalFault::OperatorLast, "^"},
+      {"5+", EvalFault::OperatorLast, "+"},
       {"1++", EvalFault::OperatorLast, "+"},
+      {"5=", EvalFault::OperatorLast, "="},
       {"(2-)*3", EvalFault::OperatorLast, "-"},
       {"1/0", EvalFault::DivisionByZero, "/"},
+      {"2*(1/0)", EvalFault::DivisionByZero, "/"},
       {"5MOD0", EvalFault::DivisionByZero, "MOD"},
       {"2*(7\\(1-1))", EvalFault::DivisionByZero, "\\"},
       {"1E400", EvalFault::RunTimeError, ""},
@@ -175,7 +176,11 @@ TEST_F(EvaluateTest, FailuresNameTheirCause) {
     EXPECT_EQ(asked, plain) << c.expression;
     EXPECT_EQ(failure.fault, c.fault) << c.expression;
     EXPECT_EQ(failure.op, c.op) << c.expression;
+    if (c.fault == EvalFault::None) continue;
+    EXPECT_EQ(value, 0) << c.expression;
+    EXPECT_EQ(plain, "%" + std::string(c.expression));
   }
+  EXPECT_EQ(ui.messages.size(), 4u);  // the two run-time errors, asked and not
 }
 
 TEST_F(EvaluateTest, FindCloseParen) {

@@ -2,6 +2,8 @@
 
 #include <span>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "calc/Pump.h"
@@ -101,41 +103,33 @@ TEST_F(ReplaceVarsTest, EndlessSubstitutionsEndWhenTheUserBreaks) {
   }
 }
 
-TEST(TextHelpers, SplitAssignmentAndStripWhitespace) {
-  const struct {
-    const char *line, *left, *rest;
-  } cases[] = {{" total = 3d6 + 2 ", "total", "3d6 + 2"}, {"a=b=c", "a", "b=c"}, {"=5", "", "5"}};
-  for (const auto& c : cases) {
-    std::string line = c.line, left;
-    SplitAssignment(line, left);
-    EXPECT_EQ(left + "|" + line, std::string(c.left) + "|" + c.rest) << c.line;
+// An assignment splits at its first "=" (the sides trimmed); SplitText keeps
+// every field, 1-based, and forgets what the array held.
+TEST(TextHelpers, SplittingAndStripWhitespace) {
+  for (auto [line, split] :
+       {std::pair{" total = 3d6 + 2 ", "total|3d6 + 2"}, {"a=b=c", "a|b=c"}, {"=5", "|5"}}) {
+    std::string rest = line, left;
+    SplitAssignment(rest, left);
+    EXPECT_EQ(left + "|" + rest, split) << line;
   }
   std::string noEquals = "abc", left;
   EXPECT_THROW(SplitAssignment(noEquals, left), RuntimeError);
-
+  const std::pair<const char*, std::vector<std::string>> fields[] = {
+      {"a,b,,c", {"", "a", "b", "", "c"}}, {"", {"", ""}}, {"a,", {"", "a", ""}}};
+  for (const auto& [text, expected] : fields) {
+    std::vector<std::string> split = {"stale", "stale"};
+    SplitText(text, ',', split);
+    EXPECT_EQ(split, expected) << text;
+  }
   EXPECT_EQ(StripWhitespace(" 1 +\t2\r\n"), "1+2");
   EXPECT_EQ(StripWhitespace(std::string("a\0b\xFF", 4)), std::string("a\0b\xFF", 4));
 }
 
-TEST(TextHelpers, SplitText) {
-  const struct {
-    const char* text;
-    std::vector<std::string> fields;
-  } cases[] = {{"a,b,,c", {"", "a", "b", "", "c"}}, {"", {"", ""}}, {"a,", {"", "a", ""}}};
-  for (const auto& c : cases) {
-    std::vector<std::string> fields = {"stale", "stale"};
-    SplitText(c.text, ',', fields);
-    EXPECT_EQ(fields, c.fields) << c.text;
-  }
-}
-
 TEST(TextHelpers, CountOccurrencesAndInStrLast) {
-  const struct {
-    const char *text, *needle;
-    int count;
-  } counts[] = {{"aaa", "aa", 2}, {"(1)(2)", "(", 2}, {"", "a", 0}, {"ab", "", 3}};
-  for (const auto& c : counts)
-    EXPECT_EQ(CountOccurrences(c.text, c.needle), c.count) << c.text;
+  // Overlapping matches count; an empty needle is found at every position.
+  for (auto [text, needle, count] :
+       {std::tuple{"aaa", "aa", 2}, {"(1)(2)", "(", 2}, {"", "a", 0}, {"ab", "", 3}})
+    EXPECT_EQ(CountOccurrences(text, needle), count) << text;
   EXPECT_THROW(CountOccurrences(std::string(40000, '('), "("), RuntimeError);
 
   const struct {

@@ -1,111 +1,29 @@
 // gandrel-cli --distribution: the table, the JSON form, the exit status, and
 // scripts estimated at the terminal without a prompt or a file written.
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <tuple>
-#include <vector>
 
 #include "calc/Pump.h"
-#include "cli/CliDistribution.h"
+#include "cli/CliFixture.h"
 #include "cli/CliJson.h"
-#include "cli/CliOptions.h"
-#include "cli/CliRun.h"
-#include "support/EngineFixture.h"
 
 namespace gandrel::cli {
 namespace {
 
 namespace fs = std::filesystem;
-using Args = std::vector<std::string>;
 
-TEST(CliDistributionOptions, Parsing) {
-  CliOptions o;
-  ASSERT_EQ(ParseCliOptions({"-D", "--samples=500", "3d6"}, o), "");
-  EXPECT_TRUE(o.distribution);
-  EXPECT_EQ(o.samples, 500);
-  CliOptions defaults;
-  ASSERT_EQ(ParseCliOptions({"--distribution"}, defaults), "");
-  EXPECT_EQ(defaults.samples, 1000000);
-  const std::pair<Args, std::string> cases[] = {
-      {{"-D", "-n", "2"}, "option '-n' does not go with --distribution"},
-      {{"--samples", "0"}, "'0' is not a number of rolls"},
-      {{"--samples=1000000001"}, "'1000000001' is not a number of rolls"},
-      {{"-Dx"}, "option '-D' takes no value"},
-  };
-  for (const auto& [args, problem] : cases) {
-    CliOptions options;
-    std::string error = ParseCliOptions(args, options);
-    EXPECT_EQ(error.rfind(problem, 0), 0u) << error;
-  }
-}
-
-TEST(CliDistributionJson, Numbers) {
-  const std::pair<double, const char*> cases[] = {
-      {1, "1"},
-      {0.25, "0.25"},
-      {1.0 / 3, "0.33333333333333331"},
-      {1e-20, "9.9999999999999995e-21"},
-      {0.001, "0.001"},
-      {-2.5, "-2.5"},
-      {1.0 / 0.0, "null"},
-  };
-  for (const auto& [value, text] : cases)
-    EXPECT_EQ(JsonNumber(value), text);
-}
-
-class CliDistributionTest : public testing::EngineTest {
+// Every run here asks for the distributions.
+class CliDistributionTest : public CliRunTest {
  protected:
-  struct Outcome {
-    int status;
-    std::string out, err;
-  };
-
-  void SetUp() override {
-    EngineTest::SetUp();
-    ClearInterrupts();
-    config = fs::temp_directory_path() / ("gandrel-cli-dist-" + std::to_string(getpid()));
-    fs::create_directories(config);
+  CliOutcome Run(Args args, std::string input = "") {
+    args.insert(args.begin(), "--distribution");
+    return CliRunTest::Run(args, input);
   }
-  void TearDown() override {
-    ClearInterrupts();
-    fs::remove_all(config);
-    EngineTest::TearDown();
-  }
-
-  Outcome Run(Args args, std::string input = "") {
-    args.insert(args.begin(), {"--config", config.string(), "--distribution"});
-    CliOptions options;
-    EXPECT_EQ(ParseCliOptions(args, options), "");
-    FILE* in = fmemopen(input.data(), input.size(), "r");
-    char *outText = nullptr, *errText = nullptr;
-    size_t outSize = 0, errSize = 0;
-    FILE *out = open_memstream(&outText, &outSize), *err = open_memstream(&errText, &errSize);
-    int status = RunCli(options, in, out, err);
-    for (FILE* f : {in, out, err})
-      std::fclose(f);
-    Outcome o{status, outText, errText};
-    std::free(outText);
-    std::free(errText);
-    return o;
-  }
-
-  std::string WriteScript(const std::string& name, const std::string& text) {
-    std::string path = (config / name).string();
-    std::ofstream(path, std::ios::binary) << text;
-    return path;
-  }
-
-  fs::path config;
 };
 
 TEST_F(CliDistributionTest, TableAndSummary) {
-  Outcome o = Run({"2d2", "1d2/(1d2-1)"});
+  CliOutcome o = Run({"2d2", "1d2/(1d2-1)"});
   EXPECT_EQ(o.out,
             "2d2: exact\n"
             "result  probability   at least    at most\n"
@@ -124,12 +42,15 @@ TEST_F(CliDistributionTest, TableAndSummary) {
             "failure 50.000%, truncated 0%\n");
   EXPECT_EQ(o.err, "");
   EXPECT_EQ(o.status, 0);
-  // Quiet: the tables only; die values from standard input.
-  o = Run({"-q"}, "1d2\n2\n");
+  // Quiet: the tables only; die values from standard input; the user's die
+  // types count.
+  config.Write("gandrel.def", "define dfate = -1 to 1\r\n");
+  o = Run({"-q"}, "1dfate\n2\n");
   EXPECT_EQ(o.out,
             "result  probability   at least    at most\n"
-            "     1      50.000%   100.000%    50.000%\n"
-            "     2      50.000%    50.000%   100.000%\n"
+            "    -1      33.333%   100.000%    33.333%\n"
+            "     0      33.333%    66.667%    66.667%\n"
+            "     1      33.333%    33.333%   100.000%\n"
             "result  probability   at least    at most\n"
             "     2     100.000%   100.000%   100.000%\n");
 }
@@ -161,7 +82,7 @@ TEST_F(CliDistributionTest, JsonAndExitStatus) {
        1},
   };
   for (const auto& [args, out, status] : cases) {
-    Outcome o = Run(args);
+    CliOutcome o = Run(args);
     EXPECT_EQ(o.out, out);
     EXPECT_EQ(o.status, status) << out;
   }
@@ -170,13 +91,13 @@ TEST_F(CliDistributionTest, JsonAndExitStatus) {
 // A script is estimated from real rolls: its prompts take their defaults and
 // nothing is asked, shown or written.
 TEST_F(CliDistributionTest, ScriptsAreEstimatedWithoutPromptsOrFiles) {
-  std::string written = (config / "written.txt").string();
+  std::string written = config.Path("written.txt");
   std::string script =
-      WriteScript("fight.die",
-                  "var hp\r\nhp = 7\r\nget hp, Hit points?\r\nopen window log\r\n"
-                  "print log, hp\r\nopen file f, " +
-                      written + "\r\nprint f, hp\r\npause\r\ndisplay\r\nresult = hp + 1d2\r\n");
-  Outcome o = Run({"--json", "--samples", "400", "--seed", "5", script}, "12\n");
+      config.Write("fight.die",
+                   "var hp\r\nhp = 7\r\nget hp, Hit points?\r\nopen window log\r\n"
+                   "print log, hp\r\nopen file f, " +
+                       written + "\r\nprint f, hp\r\npause\r\ndisplay\r\nresult = hp + 1d2\r\n");
+  CliOutcome o = Run({"--json", "--samples", "400", "--seed", "5", script}, "12\n");
   EXPECT_EQ(o.out.rfind("{\"dieValue\":" + JsonString(script) +
                             R"j(,"method":"montecarlo","outcomes":[{"result":"8","p":)j",
                         0),
@@ -195,7 +116,7 @@ TEST_F(CliDistributionTest, ScriptsAreEstimatedWithoutPromptsOrFiles) {
       o.out.rfind(script + ": estimated from 50 rolls (a script: only running it tells)\n", 0), 0u)
       << o.out;
 
-  std::string missing = (config / "missing.die").string();
+  std::string missing = config.Path("missing.die");
   o = Run({"--json", missing});
   EXPECT_EQ(o.out, "{\"dieValue\":" + JsonString(missing) + ",\"error\":" +
                        JsonString("cannot read " + missing + ": No such file or directory") +
@@ -203,22 +124,12 @@ TEST_F(CliDistributionTest, ScriptsAreEstimatedWithoutPromptsOrFiles) {
   EXPECT_EQ(o.status, 1);
 }
 
-TEST_F(CliDistributionTest, DefinedDiceCount) {
-  std::ofstream(config / "gandrel.def") << "define dfate = -1 to 1\r\n";
-  Outcome o = Run({"-q", "1dfate"});
-  EXPECT_EQ(o.out,
-            "result  probability   at least    at most\n"
-            "    -1      33.333%   100.000%    33.333%\n"
-            "     0      33.333%    66.667%    66.667%\n"
-            "     1      33.333%    33.333%   100.000%\n");
-}
-
 // Ctrl-C stops the estimate under way and the run.
 TEST_F(CliDistributionTest, InterruptStops) {
-  std::string script = WriteScript("loop.die", "result = 1d6");
+  std::string script = config.Write("loop.die", "result = 1d6");
   SetPumpEveryCall(true);
   NoteInterrupt();
-  Outcome o = Run({script, "3d6"});
+  CliOutcome o = Run({script, "3d6"});
   EXPECT_EQ(o.out, script + ": not worked out: cancelled\n");
   EXPECT_EQ(o.status, 1);
 }

@@ -10,12 +10,11 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/CliInteractive.h"
+#include "support/TempFolder.h"
 
 namespace gandrel::cli {
 namespace {
@@ -127,23 +126,10 @@ size_t Count(const std::string& text, const std::string& part) {
 
 class CliTerminalTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    config = fs::temp_directory_path() / ("gandrel-cli-pty-" + std::to_string(getpid()));
-    fs::remove_all(config);
-    fs::create_directories(config);
-    // A script that runs until it is broken.
-    std::ofstream(config / "loop.die", std::ios::binary) << ":top\r\ngoto top\r\n";
-  }
-  void TearDown() override { fs::remove_all(config); }
-
-  std::string History() const {
-    std::ifstream file(config / kHistoryFileName);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
-
-  fs::path config;
+  std::string History() const { return config.Read(kHistoryFileName); }
+  testing::TempFolder config;
+  // A script that runs until it is broken.
+  std::string loop = config.Write("loop.die", ":top\r\ngoto top\r\n");
 };
 
 const char* const kPrompt = "gandrel> ";
@@ -151,9 +137,8 @@ const char* const kUp = "\x1b[A";
 const char* const kCtrlC = "\x03";
 
 TEST_F(CliTerminalTest, CtrlCBreaksBackToThePromptAndUpRecalls) {
-  std::string loop = (config / "loop.die").string();
   {
-    Session s(config);
+    Session s(config.path());
     ASSERT_TRUE(s.Started());
     ASSERT_TRUE(s.WaitFor(kPrompt));
     s.Type("2+3\r");
@@ -184,7 +169,7 @@ TEST_F(CliTerminalTest, CtrlCBreaksBackToThePromptAndUpRecalls) {
   EXPECT_EQ(History(), "2+3\n" + loop + "\n2+3\n");
   // The next session recalls the lines of the last; hints are shown, help
   // helps, and quit ends.
-  Session s(config);
+  Session s(config.path());
   ASSERT_TRUE(s.WaitFor(kPrompt));
   s.Type(std::string(kUp) + "\r");
   ASSERT_TRUE(s.WaitFor("Calc: 2+3=5"));
@@ -200,8 +185,8 @@ TEST_F(CliTerminalTest, CtrlCBreaksBackToThePromptAndUpRecalls) {
 // A history file that cannot be read is told about once and not written
 // over; the session goes on, and Ctrl-D at the prompt ends it.
 TEST_F(CliTerminalTest, AHistoryFileThatCannotBeRead) {
-  fs::create_directory(config / kHistoryFileName);  // a folder in its place
-  Session s(config);
+  fs::create_directory(config.Path(kHistoryFileName));  // a folder in its place
+  Session s(config.path());
   ASSERT_TRUE(s.WaitFor(kPrompt));
   s.Type("1+1\r2+2\r");
   ASSERT_TRUE(s.WaitFor("Calc: 2+2=4"));
@@ -212,7 +197,7 @@ TEST_F(CliTerminalTest, AHistoryFileThatCannotBeRead) {
   s.Type("\x04");
   EXPECT_EQ(s.Wait(), 0) << s.Screen();
   EXPECT_EQ(Count(s.Screen(), "gandrel-cli: cannot"), 1u) << s.Screen();
-  EXPECT_TRUE(fs::is_directory(config / kHistoryFileName));
+  EXPECT_TRUE(fs::is_directory(config.Path(kHistoryFileName)));
 }
 
 }  // namespace

@@ -13,58 +13,21 @@
 #include <vector>
 
 #include "calc/RunFlags.h"
+#include "cli/CliFixture.h"
 #include "cli/CliRun.h"
 #include "cli/CliScripts.h"
-#include "support/EngineFixture.h"
 
 namespace gandrel::cli {
 namespace {
 
 using Items = std::vector<std::string>;
 
-// The terminal's script windows over memory streams: answers from input,
-// what goes to standard output and standard error kept as texts.
-class Terminal {
- public:
-  explicit Terminal(std::string input, bool interactive = false, bool echoWindows = true,
-                    bool echoDisplay = true)
-      : input_(std::move(input)) {
-    TerminalWindowsSetup setup;
-    // fmemopen wants a size of at least 1.
-    setup.in =
-        input_.empty() ? std::fopen("/dev/null", "r") : fmemopen(input_.data(), input_.size(), "r");
-    setup.out = open_memstream(&outText_, &outSize_);
-    setup.err = open_memstream(&errText_, &errSize_);
-    setup.interactive = interactive;
-    setup.echoWindows = echoWindows;
-    setup.echoDisplay = echoDisplay;
-    files_ = {setup.in, setup.out, setup.err};
-    windows = std::make_unique<TerminalWindows>(setup);
+// The terminal's script windows over memory streams.
+struct Terminal : MemoryStreams {
+  explicit Terminal(std::string input, bool interactive = false) : MemoryStreams(std::move(input)) {
+    windows = std::make_unique<TerminalWindows>(TerminalWindowsSetup{in, out, err, interactive});
   }
-  ~Terminal() {
-    windows.reset();
-    for (FILE* f : files_)
-      std::fclose(f);
-    std::free(outText_);
-    std::free(errText_);
-  }
-
-  std::string Out() {
-    std::fflush(files_[1]);
-    return std::string(outText_, outSize_);
-  }
-  std::string Err() {
-    std::fflush(files_[2]);
-    return std::string(errText_, errSize_);
-  }
-
   std::unique_ptr<TerminalWindows> windows;
-
- private:
-  std::string input_;
-  std::vector<FILE*> files_;
-  char *outText_ = nullptr, *errText_ = nullptr;
-  size_t outSize_ = 0, errSize_ = 0;
 };
 
 class TerminalWindowsTest : public testing::EngineTest {};
@@ -111,10 +74,6 @@ TEST_F(TerminalWindowsTest, PickListReadsAChoice) {
     EXPECT_EQ(runFlags.PickIndex, stored);
   }
 
-  Terminal once("x\n");
-  once.windows->PickItem("Weapon?", {"sword", "dagger", "long bow"}, 2);
-  EXPECT_EQ(once.Err(),
-            "Weapon?\n  1. sword\n  2. dagger\n  3. long bow\n  0. Cancel\nChoice [2]: x\n");
   Terminal again("x\n11\n", true);
   again.windows->PickItem("", Items(10, "d"), 10);
   std::string err = again.Err();

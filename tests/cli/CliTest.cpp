@@ -1,34 +1,26 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 #include "calc/Pump.h"
+#include "cli/CliDistribution.h"
+#include "cli/CliFixture.h"
 #include "cli/CliJson.h"
-#include "cli/CliOptions.h"
-#include "cli/CliRun.h"
-#include "support/EngineFixture.h"
 
 namespace gandrel::cli {
 namespace {
 
 namespace fs = std::filesystem;
-using Args = std::vector<std::string>;
 
+// Options on their own: the last count wins; after "--", and when no letter
+// follows "-", arguments are die values.
 TEST(CliOptions, Parsing) {
   CliOptions o;
-  // The last count wins; after "--", and when no letter follows "-", arguments are die values.
   ASSERT_EQ(ParseCliOptions({"-n7", "--repeat=2", "--seed=18446744073709551615", "--quiet",
                              "--help", "--config=/c", "-3+d6", "(2d6)", "-", "--", "-q", "--json"},
                             o),
@@ -36,6 +28,10 @@ TEST(CliOptions, Parsing) {
   EXPECT_EQ(std::make_tuple(o.quiet, o.json, o.help, o.repeat, o.seed, o.configDir),
             std::make_tuple(true, false, true, 2L, 18446744073709551615ull, "/c"));
   EXPECT_EQ(o.dieValues, (Args{"-3+d6", "(2d6)", "-", "-q", "--json"}));
+  CliOptions d;
+  ASSERT_EQ(ParseCliOptions({"-D", "--samples=500"}, d), "");
+  EXPECT_EQ(std::make_pair(d.distribution, d.samples), std::make_pair(true, 500L));
+  EXPECT_EQ(CliOptions{}.samples, 1000000);
 }
 
 TEST(CliOptions, UsageErrors) {
@@ -49,6 +45,10 @@ TEST(CliOptions, UsageErrors) {
       {{"--seed=18446744073709551616"}, "'18446744073709551616' is not a seed"},
       {{"--quiet=yes"}, "option '--quiet' takes no value"},
       {{"--config="}, "option '--config' needs a folder"},
+      {{"-D", "-n", "2"}, "option '-n' does not go with --distribution"},
+      {{"--samples", "0"}, "'0' is not a number of rolls"},
+      {{"--samples=1000000001"}, "'1000000001' is not a number of rolls"},
+      {{"-Dx"}, "option '-D' takes no value"},
   };
   for (const auto& [args, problem] : cases) {
     CliOptions o;
@@ -57,7 +57,8 @@ TEST(CliOptions, UsageErrors) {
   }
 }
 
-TEST(CliJson, Escaping) {
+// Texts escaped, bad UTF-8 replaced; numbers that read back exactly.
+TEST(CliJson, StringsAndNumbers) {
   const std::pair<std::string, std::string> cases[] = {
       {std::string("\"\\\0\x01\x1f\b\f\r\n\t\x7f", 11), R"("\"\\\u0000\u0001\u001f\b\f\r\n\t)"
                                                         "\x7f\""},
@@ -68,46 +69,15 @@ TEST(CliJson, Escaping) {
   };
   for (const auto& [text, json] : cases)
     EXPECT_EQ(JsonString(text), json) << json;
+  const std::pair<double, const char*> numbers[] = {{1, "1"},
+                                                    {0.25, "0.25"},
+                                                    {1.0 / 3, "0.33333333333333331"},
+                                                    {1e-20, "9.9999999999999995e-21"},
+                                                    {-2.5, "-2.5"},
+                                                    {1.0 / 0.0, "null"}};
+  for (const auto& [value, text] : numbers)
+    EXPECT_EQ(JsonNumber(value), text);
 }
-
-class CliRunTest : public testing::EngineTest {
- protected:
-  struct Outcome {
-    int status;
-    std::string out, err;
-  };
-
-  void SetUp() override {
-    EngineTest::SetUp();
-    ClearInterrupts();
-    config = fs::temp_directory_path() / ("gandrel-cli-" + std::to_string(getpid()));
-    fs::create_directories(config);
-  }
-  void TearDown() override {
-    ClearInterrupts();
-    fs::remove_all(config);
-    EngineTest::TearDown();
-  }
-
-  Outcome Run(Args args, std::string input = "") {
-    args.insert(args.begin(), {"--config", config.string()});
-    CliOptions options;
-    EXPECT_EQ(ParseCliOptions(args, options), "");
-    FILE* in = fmemopen(input.data(), input.size(), "r");
-    char *outText = nullptr, *errText = nullptr;
-    size_t outSize = 0, errSize = 0;
-    FILE *out = open_memstream(&outText, &outSize), *err = open_memstream(&errText, &errSize);
-    int status = RunCli(options, in, out, err);
-    for (FILE* f : {in, out, err})
-      std::fclose(f);
-    Outcome o{status, outText, errText};
-    std::free(outText);
-    std::free(errText);
-    return o;
-  }
-
-  fs::path config;
-};
 
 TEST_F(CliRunTest, OutputAndStatus) {
   // The arguments, the standard input, the output and the exit status.
@@ -136,14 +106,14 @@ TEST_F(CliRunTest, OutputAndStatus) {
        1},
   };
   for (const auto& [args, input, out, status] : cases) {
-    Outcome o = Run(args, input);
+    CliOutcome o = Run(args, input);
     EXPECT_EQ(o.out, out) << ::testing::PrintToString(args);
     EXPECT_EQ(o.status, status) << out;
   }
 }
 
 TEST_F(CliRunTest, MessagesAndInterrupts) {
-  Outcome o = Run({"-q", std::string(40000, '1'), "2"});
+  CliOutcome o = Run({"-q", std::string(40000, '1'), "2"});
   EXPECT_EQ(std::make_tuple(o.status, o.out, o.err),
             std::make_tuple(1, std::string("<error>\n2\n"),
                             std::string("gandrel: I'm sorry, but the following error has "
@@ -168,8 +138,7 @@ const char* const kFightScript =
     "display\r\npause\r\nprint log, \"after pause\"\r\n";
 
 TEST_F(CliRunTest, ScriptPromptsReadTheInputAndWindowsGoToTheOutput) {
-  std::string script = (config / "fight.die").string();
-  std::ofstream(script, std::ios::binary) << kFightScript;
+  std::string script = config.Write("fight.die", kFightScript);
   const std::string listing =
       "Your weapon?\n  1. sword\n  2. dagger\n  3. long bow\n  0. Cancel\nChoice [2]: ";
   // The arguments, the standard input, the output and the standard error.
@@ -194,54 +163,39 @@ TEST_F(CliRunTest, ScriptPromptsReadTheInputAndWindowsGoToTheOutput) {
   };
   for (const auto& [args, input, out, err] : cases) {
     SCOPED_TRACE(input);
-    Outcome o = Run(args, input);
+    CliOutcome o = Run(args, input);
     EXPECT_EQ(o.out, out);
     EXPECT_EQ(o.err, err);
     EXPECT_EQ(o.status, 0);
   }
 }
 
-// A script file runs the same whatever its line ends, with or without a
-// byte-order mark; the windows report the text they held last, a name opened
+// A script file is read as the window reads it (here with a byte-order mark
+// and bare LFs); the windows report the text they held last, a name opened
 // again after CLOSE WINDOW the later window's.
-TEST_F(CliRunTest, ScriptFilesWithAnyLineEnds) {
-  std::string script = (config / "windows.die").string();
-  const char* const lines[] = {"open window a", "print a, \"one\"",     "close window a",
-                               "open window a", "print a, \"two\"",     "clear window b",
-                               "open window b", "printnl b, \"three\"", "result = 4"};
-  for (std::string prefix : {"", "\xEF\xBB\xBF"}) {
-    for (std::string end : {"\r\n", "\n"}) {
-      std::ofstream file(script, std::ios::binary);
-      file << prefix;
-      for (const char* line : lines)
-        file << line << end;
-      file.close();
-      Outcome o = Run({"--json", script});
-      EXPECT_EQ(o.out, "{\"dieValue\":" + JsonString(script) +
-                           R"(,"result":"4","details":"","clipboard":" rolls 4 on )" + script +
-                           R"(","windows":{"a":"two","b":"three\r\n"}})"
-                           "\n");
-      EXPECT_EQ(Run({script}).out, "onetwothree\n4\n");
-    }
-  }
-}
-
-// A script saved in the Windows code page reads as it was meant.
-TEST_F(CliRunTest, AScriptFileInTheWindowsCodePage) {
-  std::string script = (config / "cp1252.die").string();
-  std::ofstream(script, std::ios::binary) << "result = \"caf\xE9 \x80\"\r\n";
-  EXPECT_EQ(Run({"-q", script}).out, "caf\xC3\xA9 \xE2\x82\xAC\n");
+TEST_F(CliRunTest, ScriptFilesAndTheirWindows) {
+  std::string script =
+      config.Write("windows.die",
+                   "\xEF\xBB\xBFopen window a\nprint a, \"one\"\nclose window a\n"
+                   "open window a\nprint a, \"two\"\nclear window b\nopen window b\n"
+                   "printnl b, \"three\"\nresult = 4\n");
+  EXPECT_EQ(Run({"--json", script}).out,
+            "{\"dieValue\":" + JsonString(script) +
+                R"(,"result":"4","details":"","clipboard":" rolls 4 on )" + script +
+                R"(","windows":{"a":"two","b":"three\r\n"}})"
+                "\n");
+  EXPECT_EQ(Run({script}).out, "onetwothree\n4\n");
 }
 
 // A script file that cannot be read is reported and gives an empty result;
 // the rolls after it go on.
 TEST_F(CliRunTest, AScriptFileThatCannotBeRead) {
-  std::string missing = (config / "missing.DIE").string();
-  Outcome o = Run({"-q", " " + missing + " ", "2"});
+  std::string missing = config.Path("missing.DIE");
+  CliOutcome o = Run({"-q", " " + missing + " ", "2"});
   EXPECT_EQ(std::make_tuple(o.status, o.out, o.err),
             std::make_tuple(1, std::string("\n2\n"),
                             "gandrel: cannot read " + missing + ": No such file or directory\n"));
-  std::string folder = (config / "folder.die").string();
+  std::string folder = config.Path("folder.die");
   fs::create_directory(folder);
   o = Run({"--json", folder});
   EXPECT_EQ(o.out, "{\"dieValue\":" + JsonString(folder) +
@@ -285,74 +239,53 @@ TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.out);
-    fs::remove_all(config);
-    fs::create_directories(config);
-    using File = std::pair<const char*, const char*>;
     for (auto [name, text] :
-         {File{"gandrel.ini", c.ini}, File{"gandrel.def", c.def}, File{"gandrel.dat", c.dat}}) {
+         {std::pair{"gandrel.ini", c.ini}, {"gandrel.def", c.def}, {"gandrel.dat", c.dat}}) {
+      fs::remove(config.Path(name));
       if (text && std::string(text) == "|") {
-        ASSERT_EQ(mkfifo((config / name).c_str(), 0600), 0);
+        ASSERT_EQ(mkfifo(config.Path(name).c_str(), 0600), 0);
       } else if (text) {
-        std::ofstream(config / name) << text;
+        config.Write(name, text);
       }
     }
-    std::string before = Listing(config);
+    std::string before = Listing(config.path());
     alarm(20);  // a start-up that waits on a pipe ends the test program
-    Outcome o = Run(c.args);
+    CliOutcome o = Run(c.args);
     alarm(0);
     EXPECT_EQ(o.out, c.out);
     EXPECT_EQ(std::count(o.err.begin(), o.err.end(), '\n'), c.messages) << o.err;
-    EXPECT_EQ(Listing(config), before);
+    EXPECT_EQ(Listing(config.path()), before);
   }
 }
 
-// The program itself: usage errors, help and version.
+// The program itself: usage errors, help and version; rolls nobody can see
+// are no success: a failed write of the output is told on standard error and
+// ends the run, one that went on rolling into the full device included.
 TEST(CliProgram, ExitStatus) {
-  // The arguments, the exit status and the output.
+  const std::string program = GANDREL_CLI_PROGRAM;
+  testing::TempFolder empty;
+  const std::string full = "timeout 60 " + program + " --config " + empty.path() + " ";
+  const std::string noSpace =
+      "gandrel-cli: cannot write to standard output: No space left on device\n";
+  // The command, the exit status and the output.
   const std::tuple<std::string, int, std::string> cases[] = {
-      {"--version", 0, std::string("gandrel-cli ") + GANDREL_VERSION + "\n"},
-      {"--bogus 2>&1", 2,
+      {program + " --version", 0, std::string("gandrel-cli ") + GANDREL_VERSION + "\n"},
+      {program + " --bogus 2>&1", 2,
        "gandrel-cli: unknown option '--bogus' (write -- before a die value that begins with "
        "'-'); see gandrel-cli --help\n"},
-      {"-h | grep -c Usage:", 0, "1\n"},
-      {"--config /nonexistent/x 2>&1", 2, "gandrel-cli: no such folder: /nonexistent/x\n"},
+      {program + " -h | grep -c Usage:", 0, "1\n"},
+      {program + " --config /nonexistent/x 2>&1", 2,
+       "gandrel-cli: no such folder: /nonexistent/x\n"},
+      // Standard error into the pipe, standard output to the full device.
+      {full + "-q 3d6 2>&1 >/dev/full", 1, noSpace},
+      {full + "--version 2>&1 >/dev/full", 1, noSpace},
+      {full + "-q -n 2147483647 d6 2>&1 >/dev/full", 1, noSpace},
   };
-  for (const auto& [args, status, expected] : cases) {
-    FILE* pipe = popen((std::string(GANDREL_CLI_PROGRAM) + " " + args).c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    std::string out;
-    char buffer[256];
-    while (std::fgets(buffer, sizeof buffer, pipe))
-      out += buffer;
-    int exit = pclose(pipe);
-    EXPECT_EQ(WEXITSTATUS(exit), status) << args;
-    EXPECT_EQ(out, expected) << args;
+  for (const auto& [command, status, expected] : cases) {
+    CliOutcome run = Shell(command);
+    EXPECT_EQ(run.status, status) << command;
+    EXPECT_EQ(run.out, expected) << command;
   }
-}
-
-// Rolls nobody can see are no success: a failed write of the output is told
-// on standard error and ends the run.
-TEST(CliProgram, FullOutputIsAnError) {
-  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full to write to";
-  fs::path empty = fs::temp_directory_path() / ("gandrel-cli-full-" + std::to_string(getpid()));
-  fs::create_directories(empty);
-  // A run that went on rolling into the full device is stopped as a failure.
-  std::string program =
-      "timeout 60 " + std::string(GANDREL_CLI_PROGRAM) + " --config " + empty.string() + " ";
-  for (std::string args : {"-q 3d6", "--version", "-q -n 2147483647 d6"}) {
-    // Standard error into the pipe, standard output to the full device.
-    FILE* pipe = popen((program + args + " 2>&1 >/dev/full").c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    std::string err;
-    char buffer[256];
-    while (std::fgets(buffer, sizeof buffer, pipe))
-      err += buffer;
-    int exit = pclose(pipe);
-    EXPECT_EQ(WEXITSTATUS(exit), 1) << args;
-    EXPECT_EQ(err, "gandrel-cli: cannot write to standard output: No space left on device\n")
-        << args;
-  }
-  fs::remove_all(empty);
 }
 
 }  // namespace

@@ -47,13 +47,6 @@ void DistTest::SetUp() {
     ParseDefine(s);
 }
 
-Shown ShownOf(const Distribution& dist) {
-  Shown shown;
-  for (const DistOutcome& o : dist.outcomes)
-    shown[o.text] += o.probability;
-  return shown;
-}
-
 Shown RolledThrough(const std::string& dieValue, double faces, int maxDraws, double* cut) {
   return EveryFaceSequence([&] { return RollOnce(dieValue); }, faces, maxDraws, cut);
 }

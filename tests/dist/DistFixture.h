@@ -20,9 +20,6 @@ class DistTest : public EngineTest {
   void SetUp() override;
 };
 
-// The outcomes' texts and probabilities.
-Shown ShownOf(const Distribution& dist);
-
 // What a roll of dieValue shows, by the engine itself, over every sequence of
 // faces (EveryFaceSequence). A die value beginning with "=" (or "@") runs as
 // the assignment "result =..." does: ProcFunc, then ExpandAllDice and Calc,

@@ -40,6 +40,7 @@ Shown Counts(int first, std::vector<double> counts, double of) {
   return shown;
 }
 
+// Hand-checked tables, and what the evaluator's quirks make of them.
 TEST_F(Distributions, HandChecked) {
   const struct {
     const char* dieValue;
@@ -48,58 +49,18 @@ TEST_F(Distributions, HandChecked) {
       {"2d6", Counts(2, {1, 2, 3, 4, 5, 6, 5, 4, 3, 2, 1}, 36)},
       {"3d6", Counts(3, {1, 3, 6, 10, 15, 21, 25, 27, 27, 25, 21, 15, 10, 6, 3, 1}, 216)},
       {"4dfate", Counts(-4, {1, 4, 10, 16, 19, 16, 10, 4, 1}, 81)},
-      // The item 1 is written twice: it comes up twice as often.
-      {"2dfib",
-       {{"2", .16},
-        {"3", .16},
-        {"4", .2},
-        {"5", .08},
-        {"6", .2},
-        {"7", .08},
-        {"8", .08},
-        {"10", .04}}},
-      // Items that are no number show 0; fractional items add up exactly.
-      {"2dhalf",
-       {{"0", 1. / 9},
-        {"1.5", 2. / 9},
-        {"2", 2. / 9},
-        {"3", 1. / 9},
-        {"3.5", 2. / 9},
-        {"4", 1. / 9}}},
+      // The item 1 is written twice: it comes up twice as often. Items that
+      // are no number show 0; fractional items add up exactly.
+      // clang-format off
+      {"2dfib", {{"2", .16}, {"3", .16}, {"4", .2}, {"5", .08}, {"6", .2}, {"7", .08}, {"8", .08},
+                 {"10", .04}}},
+      {"2dhalf", {{"0", 1. / 9}, {"1.5", 2. / 9}, {"2", 2. / 9}, {"3", 1. / 9}, {"3.5", 2. / 9},
+                  {"4", 1. / 9}}},
+      // clang-format on
       // The default die, and d0 that always shows 1.
       {"d+3d0", Counts(4, {1, 1, 1, 1, 1, 1}, 6)},
       {"", {{"0", 1}}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.dieValue);
-    Distribution dist = ComputeDistribution(c.dieValue);
-    ASSERT_EQ(dist.method, DistMethod::Exact);
-    ExpectShown(ShownOf(dist), c.shown);
-    EXPECT_EQ(dist.truncated, 0);
-  }
-}
-
-// The count is the run of digits before "d": "2." stays in front of the
-// total of 5d6, and "d6d6" rolls the first total as the next count.
-TEST_F(Distributions, TheTermFinderReadsTheTextAsItStands) {
-  ExpectShown(ShownOf(ComputeDistribution("2.5d6")), ShownFromSums(5, 6, [](int t) {
-                return FormatNumber(2 + t / 100.0 * (t < 10 ? 10 : 1));
-              }));
-  Shown chained;
-  for (auto [first, p] : SumsOf(1, 6))
-    for (auto [total, q] : SumsOf(first, 6))
-      chained[FormatNumber(total)] += p * q;
-  ExpectShown(ShownOf(ComputeDistribution("d6d6")), chained);
-  // The blank joins the totals once the evaluator strips it.
-  ExpectShown(ShownOf(ComputeDistribution("d2 d2")),
-              {{"11", .25}, {"12", .25}, {"21", .25}, {"22", .25}});
-}
-
-TEST_F(Distributions, EvaluatorQuirksShowInTheResults) {
-  const struct {
-    const char* dieValue;
-    Shown shown;
-  } cases[] = {
+      // The evaluator's quirks show in the results.
       {"1d2*-1", {{"-1", .5}, {"-2", .5}}},
       {"2(1d2)", {{"21", .5}, {"22", .5}}},
       {"1d2=1", {{"-1", .5}, {"0", .5}}},
@@ -121,18 +82,74 @@ TEST_F(Distributions, EvaluatorQuirksShowInTheResults) {
     Distribution dist = ComputeDistribution(c.dieValue);
     ASSERT_EQ(dist.method, DistMethod::Exact);
     ExpectShown(ShownOf(dist), c.shown);
+    EXPECT_EQ(dist.truncated, 0);
   }
   EXPECT_TRUE(ui.messages.empty()) << ui.messages.front().text;
 }
 
+// The count is the run of digits before "d": "2." stays in front of the
+// total of 5d6, and "d6d6" rolls the first total as the next count.
+TEST_F(Distributions, TheTermFinderReadsTheTextAsItStands) {
+  ExpectShown(ShownOf(ComputeDistribution("2.5d6")), ShownFromSums(5, 6, [](int t) {
+                return FormatNumber(2 + t / 100.0 * (t < 10 ? 10 : 1));
+              }));
+  Shown chained;
+  for (auto [first, p] : SumsOf(1, 6))
+    for (auto [total, q] : SumsOf(first, 6))
+      chained[FormatNumber(total)] += p * q;
+  ExpectShown(ShownOf(ComputeDistribution("d6d6")), chained);
+  // The blank joins the totals once the evaluator strips it.
+  ExpectShown(ShownOf(ComputeDistribution("d2 d2")),
+              {{"11", .25}, {"12", .25}, {"21", .25}, {"22", .25}});
+}
+
 TEST_F(Distributions, SameAsTheEngineOverEverySequenceOfFaces) {
-  for (const char* dieValue :
-       {"2d3+1d3", "3dfate-1", "1d3 1d3", "d3d3", "(1d3+1)*1d3", "1d3-2d3", "2.1d3", "1d3^-1d3",
-        "1d3>=2|1d3", "1d3MOD2+1d3\\2", "-1d3+-1d3", "1d3--1dfate", "2dhalf+1d3/4"}) {
-    SCOPED_TRACE(dieValue);
-    Distribution dist = ComputeDistribution(dieValue);
+  const struct {
+    const char* dieValue;
+    double faces;
+  } cases[] = {
+      // Expressions: the evaluator's levels, signs, concatenation, chained dice.
+      {"2d3+1d3", 3},
+      {"3dfate-1", 3},
+      {"1d3 1d3", 3},
+      {"d3d3", 3},
+      {"(1d3+1)*1d3", 3},
+      {"1d3-2d3", 3},
+      {"2.1d3", 3},
+      {"1d3^-1d3", 3},
+      {"1d3>=2|1d3", 3},
+      {"1d3MOD2+1d3\\2", 3},
+      {"-1d3+-1d3", 3},
+      {"1d3--1dfate", 3},
+      {"2dhalf+1d3/4", 3},
+      // The @ functions.
+      {"@best(3,4d6)", 6},
+      {"@worst(1,2d20)", 20},
+      // The kept terms are a text that the rest of the line calculates.
+      {"=2*@best(2,3d6)", 6},
+      {"=@best(5,3d3)*2", 3},
+      {"=5-@best(2,3d3)", 3},
+      {"@worst(2,3d3-2)", 3},
+      {"@best(2, 2d3 + 10 - 1d3)", 3},
+      {"@best(3,2d3+1dfate)", 3},
+      {"@cap(2,3,4d3-1)", 3},
+      {"=2*@cap(1,2,2d3)", 3},
+      {"@lcap(2,2d3+1dfate)", 3},
+      {"@ucap(2,3d3)", 3},
+      {"@limit(3,5,2d3)", 3},
+      {"=@ulimit(4,2d3-1d3)*2", 3},
+      {"@llimit(5,1d3+1d3)", 3},
+      {"=@best(1,1d3)d3", 3},
+      {"=\"hi\"+@best(1,2d3)", 3},
+      // Calc works out the pieces around the quotes; the result shows its text.
+      {"=1d3 \"and\" @best(1,2d3) \"!\"", 3},
+      {"=@best(1,1d3)+@worst(1,2d3)", 3},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.dieValue);
+    Distribution dist = ComputeDistribution(c.dieValue);
     ASSERT_EQ(dist.method, DistMethod::Exact) << dist.reason;
-    ExpectShown(ShownOf(dist), RolledThrough(dieValue, 3));
+    ExpectShown(ShownOf(dist), RolledThrough(c.dieValue, c.faces));
   }
 }
 

@@ -41,28 +41,17 @@ TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
   EXPECT_NE(ReadFile("gandrel.def").find("4d6"), std::string::npos);
 }
 
-TEST_F(WindowTest, DefineDieTypesRemovesWhatIsLeftOut) {
-  StartWindow();
-  RebuildDieTypes({"dfate = -1 to 1", "dfib = 1,1,2,3,5"});
-  frmDefine dialog(window.get());
-  dialog.lstTypes->lstEntries->setCurrentRow(0);
-  QTest::mouseClick(dialog.lstTypes->btnRemove, Qt::LeftButton);
-  QTest::mouseClick(dialog.btnOkay, Qt::LeftButton);
-  EXPECT_EQ(ListDieTypeEntries(), Entries{"dfib = 1,1,2,3,5"});
-  std::string def = ReadFile("gandrel.def");
-  EXPECT_EQ(def.find("dfate"), std::string::npos);
-  EXPECT_NE(def.find("define dfib = 1,1,2,3,5"), std::string::npos);
-}
-
 // The typed entry shows how it will be stored, goes in that way, replaces a
-// type of its name only after a Yes, and the list is in the order the
-// dialog shows again when it is reopened.
+// type of its name only after a Yes; a removed one is gone; the list is in
+// the order the dialog shows again when it is reopened, and so saved.
 TEST_F(WindowTest, DefineDieTypesShowsWhatItStores) {
   StartWindow();
-  RebuildDieTypes({"dfate = -1 to 1"});
+  RebuildDieTypes({"dfate = -1 to 1", "dfib = 1,1,2,3,5"});
   {
     frmDefine dialog(window.get());
     QtEntryList* list = dialog.lstTypes;
+    list->lstEntries->setCurrentRow(1);
+    QTest::mouseClick(list->btnRemove, Qt::LeftButton);
     list->txtEntry->setText("x = 1 to 3");
     EXPECT_EQ(dialog.lblStored->text(), "Stored as: dx = 1 to 3");
     QTest::keyClick(list->txtEntry, Qt::Key_Return);
@@ -82,6 +71,9 @@ TEST_F(WindowTest, DefineDieTypesShowsWhatItStores) {
   }
   frmDefine reopened(window.get());
   EXPECT_EQ(reopened.lstTypes->Entries(), (Entries{"dfate = -1 to 1", "dX = 2 to 4", "dy = 2,4"}));
+  std::string def = ReadFile("gandrel.def");
+  EXPECT_EQ(def.find("dfib"), std::string::npos);
+  EXPECT_NE(def.find("define dX = 2 to 4\r\n"), std::string::npos);
 }
 
 TEST_F(WindowTest, EntryListsRefuseBadEntriesAndKeepOrder) {

@@ -1,7 +1,7 @@
 // The script editor: colours by the tokenizer's rules, marks for GOTOs
 // without their label and for the line a run stopped on, undo of the
-// program's own replacements, its keys, find, its font, and the editor kept
-// across a restart. Help shows the guide to scripts.
+// program's own replacements, find and its font. Help shows the guide to
+// scripts.
 #include <QTextBrowser>
 
 #include "WindowFixture.h"
@@ -109,11 +109,7 @@ TEST_F(WindowTest, TheLineARunStoppedOnIsShownUntilTheNextRoll) {
 // Picking a die value, New and Load replace the editor's text; undo brings
 // it back.
 TEST_F(WindowTest, TheProgramsReplacementsCanBeUndone) {
-  {
-    QFile file(folder.filePath("fight.die"));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("result = 2d6\r\n");
-  }
+  QString fight = WriteFile("fight.die", "result = 2d6\r\n");
   frmMain& w = StartWindow();
   EXPECT_FALSE(w.txtScript->document()->isUndoAvailable());  // nothing before the start
   QTest::keyClicks(w.txtScript, "typed by hand");
@@ -129,7 +125,7 @@ TEST_F(WindowTest, TheProgramsReplacementsCanBeUndone) {
   w.txtScript->undo();
   EXPECT_EQ(Text(w.txtScript), "typed by hand");
 
-  PickDieValue(folder.filePath("fight.die").toStdString());
+  PickDieValue(fight.toStdString());
   EXPECT_EQ(Text(w.txtScript), "result = 2d6");
   EXPECT_FALSE(scriptEditor.Modified);
   w.txtScript->undo();
@@ -137,21 +133,6 @@ TEST_F(WindowTest, TheProgramsReplacementsCanBeUndone) {
   EXPECT_TRUE(scriptEditor.Modified);
   w.txtScript->redo();
   EXPECT_EQ(Text(w.txtScript), "result = 2d6");
-}
-
-TEST_F(WindowTest, TabTypesATabAndCtrlTabLeavesTheEditor) {
-  frmMain& w = StartWindow();
-  w.txtScript->setFocus();
-  ASSERT_TRUE(w.txtScript->hasFocus());
-  QTest::keyClick(w.txtScript, Qt::Key_Tab);
-  QTest::keyClicks(w.txtScript, "print");
-  EXPECT_EQ(Text(w.txtScript), "\tprint");
-  QTest::keyClick(w.txtScript, Qt::Key_Tab, Qt::ControlModifier);
-  EXPECT_FALSE(w.txtScript->hasFocus());
-  w.txtScript->setFocus();
-  QTest::keyClick(w.txtScript, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
-  EXPECT_FALSE(w.txtScript->hasFocus());
-  EXPECT_EQ(Text(w.txtScript), "\tprint");
 }
 
 TEST_F(WindowTest, FindGoesRoundTheEnd) {
@@ -194,18 +175,6 @@ TEST_F(WindowTest, TheEditorIsMonospacedUntilAFontIsChosen) {
   EXPECT_TRUE(w.txtScript->font().italic());
   // The other windows' fonts fall back to the system's default family.
   EXPECT_EQ(ShownFont(kOutputFont, FontSetting{}).family(), QApplication::font().family());
-}
-
-TEST_F(WindowTest, TheEditorSurvivesARestart) {
-  frmMain& w = StartWindow();
-  QTest::keyClicks(w.txtScript, "result = 3d6");
-  w.close();  // which keeps the editor
-  frmMain& again = StartWindow();
-  EXPECT_EQ(Text(again.txtScript), "result = 3d6");
-  EXPECT_EQ(again.lblScript->text(), "Script");
-  EXPECT_TRUE(scriptEditor.Modified);
-  EXPECT_EQ(again.lblScript->palette().color(QPalette::Window), QColor(224, 224, 224));
-  EXPECT_FALSE(again.txtScript->document()->isUndoAvailable());
 }
 
 TEST_F(WindowTest, HelpShowsTheGuideToScripts) {

@@ -82,6 +82,13 @@ class WindowTest : public ::testing::Test {
   }
 
   bool FileExists(const char* name) const { return QFile::exists(folder.filePath(name)); }
+  // Writes a file of that name in the test's folder; its path.
+  QString WriteFile(const char* name, const QByteArray& content) const {
+    QFile file(folder.filePath(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    return file.fileName();
+  }
   std::string ReadFile(const char* name) const {
     QFile file(folder.filePath(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "";

@@ -26,18 +26,18 @@
 //   ; escape at pump: 5000         Escape pressed at that event pump
 //   ; insist at pump: 9000         the second Escape, answered Yes
 //
-// Values take the escapes \r \n \t \0 \s (a blank) and \\. Files live in
-// memory; paths under /unwritable/ cannot be opened. Every forced die must be
-// used.
+// Values take the escapes \r \n \t \0 \s (a blank) and \\; the values of a key
+// given more than once join (texts) or follow each other (lists). Files live
+// in memory; paths under /unwritable/ cannot be opened. Every forced die must
+// be used.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cctype>
-#include <deque>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <optional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -51,29 +51,26 @@
 #include "dice/Random.h"
 #include "support/EngineFixture.h"
 #include "support/MemoryFiles.h"
+#include "support/TempFolder.h"
 
 namespace gandrel::testing {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct ScriptCase {
-  std::string script;
-  std::string result, log, error;
-  std::vector<std::string> messages, shown;
-  std::map<std::string, std::string> windows, captions, files, seeded;
-  std::map<std::string, bool> open;
-  std::optional<std::string> die;
-  std::vector<double> dice;
-  std::deque<std::optional<std::string>> getAnswers;
-  std::deque<int> pickAnswers;
-  std::deque<RecordingUI::PauseAnswer> pauseAnswers;
-  std::optional<bool> longResults, logOn;
-  std::optional<std::string> dieSetting;
-  std::optional<int> margin;
-  long escapeAt = 0, insistAt = 0;
-  int32_t stopLine = 0;
-};
+// Key -> its values in the order given.
+using Directives = std::map<std::string, std::vector<std::string>>;
+
+// The keys a case may give; those of the second set name a window or a file
+// after their words.
+const std::set<std::string> kKeys = {
+    "expect result",  "expect log",           "expect error", "expect stop line", "expect message",
+    "expect shown",   "expect die",           "dice",         "answer get",       "answer pick",
+    "answer pause",   "setting long results", "setting log",  "setting die",      "setting margin",
+    "escape at pump", "insist at pump"};
+const std::set<std::string> kNamedKeys = {"expect window", "expect caption", "expect open",
+                                          "expect file", "file"};
+const char* const kWords[] = {"expect", "answer", "setting", "dice", "file", "escape", "insist"};
 
 std::string Unescape(const std::string& text) {
   static const std::map<char, char> escapes = {{'r', '\r'}, {'n', '\n'}, {'t', '\t'},
@@ -82,117 +79,32 @@ std::string Unescape(const std::string& text) {
   for (size_t i = 0; i < text.size(); ++i) {
     auto escape = escapes.end();
     if (text[i] == '\\' && i + 1 < text.size()) escape = escapes.find(text[i + 1]);
-    if (escape == escapes.end()) {
-      out += text[i];
-      continue;
-    }
-    out += escape->second;
-    ++i;
+    out += escape == escapes.end() ? text[i] : escape->second;
+    if (escape != escapes.end()) ++i;
   }
   return out;
 }
 
-std::vector<double> Faces(const std::string& list) {
-  std::vector<double> values;
-  std::istringstream words(list);
-  for (std::string word; words >> word;) {
-    size_t slash = word.find('/');
-    double sides = slash == std::string::npos ? 6 : ReadNumber(word.substr(slash + 1));
-    values.push_back(FaceToRnd(ReadNumber(word), sides));
-  }
-  return values;
-}
-
-// The word after a key's first word ("expect window w" names w).
-bool Named(const std::string& key, const std::string& prefix, std::string& name) {
-  if (!key.starts_with(prefix + " ")) return false;
-  name = key.substr(prefix.size() + 1);
-  return true;
-}
-
-// Applies one "; key: value" line; false for a key that is not known.
-bool ApplyDirective(ScriptCase& c, const std::string& key, const std::string& value) {
-  std::string name;
-  if (key == "expect result") {
-    c.result += value;
-  } else if (key == "expect log") {
-    c.log += value;
-  } else if (key == "expect error") {
-    c.error = value;
-  } else if (key == "expect stop line") {
-    c.stopLine = static_cast<int32_t>(ReadNumber(value));
-  } else if (key == "expect message") {
-    c.messages.push_back(value);
-  } else if (key == "expect shown") {
-    c.shown.push_back(value);
-  } else if (key == "expect die") {
-    c.die = value;
-  } else if (Named(key, "expect window", name)) {
-    c.windows[name] += value;
-  } else if (Named(key, "expect caption", name)) {
-    c.captions[name] = value;
-  } else if (Named(key, "expect open", name)) {
-    c.open[name] = value == "yes";
-  } else if (Named(key, "expect file", name)) {
-    c.files[name] += value;
-  } else if (Named(key, "file", name)) {
-    c.seeded[name] += value;
-  } else if (key == "dice") {
-    for (double r : Faces(value))
-      c.dice.push_back(r);
-  } else if (key == "answer get") {
-    c.getAnswers.push_back(value == "<close>" ? std::nullopt : std::optional(value));
-  } else if (key == "answer pick") {
-    c.pickAnswers.push_back(static_cast<int>(ReadNumber(value)));
-  } else if (key == "answer pause") {
-    c.pauseAnswers.push_back(value == "cancel" ? RecordingUI::PauseAnswer::Cancel
-                                               : RecordingUI::PauseAnswer::Continue);
-  } else if (key == "setting long results") {
-    c.longResults = value == "on";
-  } else if (key == "setting log") {
-    c.logOn = value == "on";
-  } else if (key == "setting die") {
-    c.dieSetting = value;
-  } else if (key == "setting margin") {
-    c.margin = static_cast<int>(ReadNumber(value));
-  } else if (key == "escape at pump") {
-    c.escapeAt = static_cast<long>(ReadNumber(value));
-  } else if (key == "insist at pump") {
-    c.insistAt = static_cast<long>(ReadNumber(value));
-  } else {
-    return false;
-  }
-  return true;
-}
-
-// A comment line "; key: value" whose key begins with one of these words is
-// a directive; any other comment is the script's own.
-bool LooksLikeDirective(const std::string& key) {
-  for (const char* word : {"expect", "answer", "setting", "dice", "file", "escape", "insist"})
-    if (key.starts_with(word)) return true;
-  return false;
-}
-
-ScriptCase ReadCase(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  ScriptCase c;
-  c.script = text.str();
-  std::istringstream lines(c.script);
+// A comment line "; key: value" (or "; key:" for an empty value) whose key
+// begins with one of these words is a directive; any other comment is the
+// script's own.
+Directives ReadDirectives(const std::string& script, const std::string& caseName) {
+  Directives directives;
+  std::istringstream lines(script);
   for (std::string line; std::getline(lines, line);) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    line = Trim(line);
-    // "; key: value", or "; key:" for an empty value.
+    line = Trim(line.ends_with('\r') ? line.substr(0, line.size() - 1) : line);
     size_t colon = line.find(": ");
     if (colon == std::string::npos && line.ends_with(':')) colon = line.size() - 1;
     if (!line.starts_with("; ") || colon == std::string::npos) continue;
     std::string key = line.substr(2, colon - 2);
-    if (!LooksLikeDirective(key)) continue;
-    if (!ApplyDirective(c, key, Unescape(line.substr(std::min(colon + 2, line.size())))))
-      ADD_FAILURE() << path.filename() << ": unknown directive \"" << key << "\"";
+    auto begins = [&](const std::string& words) { return key.starts_with(words); };
+    if (std::none_of(std::begin(kWords), std::end(kWords), begins)) continue;
+    auto names = [&](const std::string& words) { return key.starts_with(words + " "); };
+    if (!kKeys.count(key) && std::none_of(kNamedKeys.begin(), kNamedKeys.end(), names))
+      ADD_FAILURE() << caseName << ": unknown directive \"" << key << "\"";
+    directives[key].push_back(Unescape(line.substr(std::min(colon + 2, line.size()))));
   }
-  return c;
+  return directives;
 }
 
 std::vector<fs::path> CaseFiles() {
@@ -205,63 +117,92 @@ std::vector<fs::path> CaseFiles() {
 
 class ScriptCaseTest : public EngineTest, public ::testing::WithParamInterface<fs::path> {
  protected:
-  void Prepare(const ScriptCase& c) {
-    if (c.longResults) engineSettings.LongResults = *c.longResults;
-    if (c.logOn) runFlags.LogOn = *c.logOn;
-    if (c.dieSetting) engineSettings.DieType = *c.dieSetting;
-    if (c.margin) engineSettings.MarginIncrement = static_cast<int16_t>(*c.margin);
-    for (const auto& [name, contents] : c.seeded)
-      files.files[name] = contents;
-    ui.getAnswers = c.getAnswers;
-    ui.pickAnswers = c.pickAnswers;
-    ui.pauseAnswers = c.pauseAnswers;
-    ScriptRandom(c.dice);
-    if (c.escapeAt == 0 && c.insistAt == 0) return;
-    SetPumpEveryCall(true);
-    ui.onPump = [&c](long pump) {
-      if (pump == c.escapeAt) runFlags.BreakRequested = true;
-      if (pump == c.insistAt) runFlags.BreakForced = true;
-    };
+  // The values of a key joined, "" when it is not given.
+  std::string Joined(const std::string& key) {
+    std::string joined;
+    for (const std::string& value : d[key])
+      joined += value;
+    return joined;
+  }
+  double Number(const std::string& key) { return ReadNumber(Joined(key)); }
+  // What each key whose words are these names, by its name.
+  std::map<std::string, std::string> Named(const std::string& words) {
+    std::map<std::string, std::string> named;
+    for (const auto& [key, values] : d)
+      if (key.starts_with(words + " ")) named[key.substr(words.size() + 1)] = Joined(key);
+    return named;
   }
 
-  void ExpectOutputs(const ScriptCase& c) {
-    for (const auto& [name, text] : c.windows) {
-      const RecordingUI::Output* output = ui.OutputNamed(name);
-      ASSERT_NE(output, nullptr) << "no window " << name;
-      EXPECT_EQ(output->text, text) << "window " << name;
-    }
-    for (const auto& [name, caption] : c.captions) {
-      ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
-      EXPECT_EQ(ui.OutputNamed(name)->caption, caption);
-    }
-    for (const auto& [name, open] : c.open) {
-      ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
-      EXPECT_EQ(ui.OutputNamed(name)->open, open) << "window " << name;
-    }
-    for (const auto& [name, contents] : c.files)
-      EXPECT_EQ(files.files[name], contents) << "file " << name;
-  }
-
+  Directives d;
   MemoryFiles files;
 };
 
 TEST_P(ScriptCaseTest, Runs) {
-  const ScriptCase c = ReadCase(GetParam());
-  Prepare(c);
-  ScriptOutcome outcome = RunScriptText(c.script);
-  EXPECT_EQ(outcome.error, c.error);
-  EXPECT_EQ(outcome.stopLine, c.stopLine);
-  EXPECT_EQ(outcome.result, c.result);
-  EXPECT_EQ(outcome.log, c.log);
-  EXPECT_EQ(ui.Texts(), c.messages);
-  EXPECT_EQ(ui.shown, c.shown);
-  ExpectOutputs(c);
-  if (c.die) {
-    EXPECT_EQ(engineSettings.DieType, *c.die);
+  const std::string script = TempFolder::ReadWhole(GetParam().string());
+  d = ReadDirectives(script, GetParam().filename().string());
+  if (d.count("setting long results"))
+    engineSettings.LongResults = Joined("setting long results") == "on";
+  runFlags.LogOn = Joined("setting log") == "on";
+  if (d.count("setting die")) engineSettings.DieType = Joined("setting die");
+  if (d.count("setting margin"))
+    engineSettings.MarginIncrement = static_cast<int16_t>(Number("setting margin"));
+  for (const auto& [name, contents] : Named("file"))
+    files.files[name] = contents;
+  for (const std::string& answer : d["answer get"])
+    ui.getAnswers.push_back(answer == "<close>" ? std::nullopt : std::optional(answer));
+  for (const std::string& answer : d["answer pick"])
+    ui.pickAnswers.push_back(static_cast<int>(ReadNumber(answer)));
+  for (const std::string& answer : d["answer pause"])
+    ui.pauseAnswers.push_back(answer == "cancel" ? RecordingUI::PauseAnswer::Cancel
+                                                 : RecordingUI::PauseAnswer::Continue);
+  // Forced faces: face, or face/sides (d6).
+  std::vector<double> dice;
+  for (const std::string& list : d["dice"]) {
+    std::istringstream faces(list);
+    for (std::string word; faces >> word;) {
+      size_t slash = word.find('/');
+      double sides = slash == std::string::npos ? 6 : ReadNumber(word.substr(slash + 1));
+      dice.push_back(FaceToRnd(ReadNumber(word), sides));
+    }
+  }
+  ScriptRandom(dice);
+  long escapeAt = static_cast<long>(Number("escape at pump"));
+  long insistAt = static_cast<long>(Number("insist at pump"));
+  if (escapeAt || insistAt) {
+    SetPumpEveryCall(true);
+    ui.onPump = [=](long pump) {
+      if (pump == escapeAt) runFlags.BreakRequested = true;
+      if (pump == insistAt) runFlags.BreakForced = true;
+    };
+  }
+
+  ScriptOutcome outcome = RunScriptText(script);
+  EXPECT_EQ(outcome.error, Joined("expect error"));
+  EXPECT_EQ(outcome.stopLine, static_cast<int32_t>(Number("expect stop line")));
+  EXPECT_EQ(outcome.result, Joined("expect result"));
+  EXPECT_EQ(outcome.log, Joined("expect log"));
+  EXPECT_EQ(ui.Texts(), d["expect message"]);
+  EXPECT_EQ(ui.shown, d["expect shown"]);
+  for (const auto& [name, text] : Named("expect window")) {
+    ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
+    EXPECT_EQ(ui.OutputNamed(name)->text, text) << "window " << name;
+  }
+  for (const auto& [name, caption] : Named("expect caption")) {
+    ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
+    EXPECT_EQ(ui.OutputNamed(name)->caption, caption);
+  }
+  for (const auto& [name, open] : Named("expect open")) {
+    ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
+    EXPECT_EQ(ui.OutputNamed(name)->open, open == "yes") << "window " << name;
+  }
+  for (const auto& [name, contents] : Named("expect file"))
+    EXPECT_EQ(files.files[name], contents) << "file " << name;
+  if (d.count("expect die")) {
+    EXPECT_EQ(engineSettings.DieType, Joined("expect die"));
   }
   EXPECT_FALSE(random_detail::scriptedPending) << "forced dice left over";
   EXPECT_FALSE(runFlags.ScriptRunning);
-  EXPECT_EQ(runFlags.LogOn, c.logOn.value_or(false)) << "LogOn is restored";
+  EXPECT_EQ(runFlags.LogOn, Joined("setting log") == "on") << "LogOn is restored";
 }
 
 std::string CaseName(const ::testing::TestParamInfo<fs::path>& info) {

@@ -38,6 +38,13 @@ Shown EveryFaceSequence(const std::function<std::string()>& roll, double faces, 
   return shown;
 }
 
+Shown ShownOf(const Distribution& dist) {
+  Shown shown;
+  for (const DistOutcome& o : dist.outcomes)
+    shown[o.text] += o.probability;
+  return shown;
+}
+
 void ExpectShown(const Shown& actual, const Shown& expected, double tolerance) {
   // A text that only one side holds counts as held with probability 0.
   Shown all = expected;

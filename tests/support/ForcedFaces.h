@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 
+#include "dist/Distribution.h"
+
 namespace gandrel::testing {
 
 // Result text -> probability.
@@ -18,6 +20,9 @@ using Shown = std::map<std::string, double>;
 // goes to cut.
 Shown EveryFaceSequence(const std::function<std::string()>& roll, double faces, int maxDraws = 12,
                         double* cut = nullptr);
+
+// A distribution's outcomes as such a table.
+Shown ShownOf(const Distribution& dist);
 
 // The two tables hold the same texts with probabilities within tolerance; a
 // text on one side only may have a probability above 0 up to the tolerance.
