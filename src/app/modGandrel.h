@@ -149,10 +149,7 @@ extern ScriptEditorState scriptEditor;
 // SplitScriptText, tokenized in place and run.
 extern std::vector<std::string> ScriptLines;
 
-// The editor's text split at CR LF, trailing blanks removed, a blank rest
-// after the last CR LF left out, and one empty line always last.
-std::vector<std::string> SplitScriptLines(const std::string& editorText);
-// ScriptLines = the editor's text as script lines.
+// ScriptLines = the editor's text as script lines (SplitScriptLines).
 void SplitScriptText();
 
 // The contents of a script file for those lines: each followed by CR LF, the

@@ -14,6 +14,7 @@
 #include "calc/Markers.h"
 #include "calc/RunFlags.h"
 #include "calc/UserInterface.h"
+#include "script/modScript.h"
 
 namespace gandrel {
 
@@ -97,20 +98,6 @@ bool LoadAsScript(const std::string& file) {
 }
 
 }  // namespace
-
-std::vector<std::string> SplitScriptLines(const std::string& editorText) {
-  std::vector<std::string> lines;
-  size_t start = 0;
-  for (size_t end = editorText.find("\r\n"); end != std::string::npos;
-       end = editorText.find("\r\n", start)) {
-    lines.push_back(RTrim(std::string_view(editorText).substr(start, end - start)));
-    start = end + 2;
-  }
-  std::string rest = RTrim(std::string_view(editorText).substr(start));
-  if (!rest.empty()) lines.push_back(rest);
-  lines.emplace_back();
-  return lines;
-}
 
 std::string ScriptFileContents(const std::vector<std::string>& lines) {
   std::string contents;

@@ -99,55 +99,65 @@ std::string CalculatedText(const std::string& text, ResultMode mode) {
   return FormatNumber(value);
 }
 
-void EnumerateTemplate(const Template& tmpl, ResultMode mode, double p, Outcomes& out, Work& work) {
+namespace {
+
+// The texts each slot of a template can hold, their number of combinations,
+// and the mass they lose: failed terms (counted only where asked) and what
+// exploding terms leave out. Gives up past the budget.
+struct Fillings {
   std::vector<TextDist> texts;
   double combinations = 1, error = 0, truncated = 0;
+};
+
+Fillings FillingsOf(const Template& tmpl, bool termsMayFail, Work& work) {
+  Fillings f;
   for (const Slot& slot : tmpl.slots) {
-    texts.push_back(SlotTexts(slot));
-    combinations *= static_cast<double>(texts.back().texts.size());
-    CombineLosses(error, truncated, slot.kind == Slot::Kind::Term ? slot.values.error : 0,
-                  texts.back().truncated);
+    f.texts.push_back(SlotTexts(slot));
+    f.combinations *= static_cast<double>(f.texts.back().texts.size());
+    double error = termsMayFail && slot.kind == Slot::Kind::Term ? slot.values.error : 0;
+    CombineLosses(f.error, f.truncated, error, f.texts.back().truncated);
   }
-  if (!work.EvaluationsFit(combinations))
+  if (!work.EvaluationsFit(f.combinations))
     GiveUp(NotExactReason::Budget, "more combinations than the budget allows");
-  if (LongestFilled(tmpl, texts) > kLongestText)
-    GiveUp(NotExactReason::Unsupported, "a text that may grow too long to calculate");
-  if (error > 0) out.Add(CalculatedText(std::string(kErrorMarker), mode), p * error);
-  out.truncated += p * truncated;
-  if (combinations == 0) return;
-  work.Expect(combinations);
+  return f;
+}
+
+// Every combination written into the template, with its probability times p
+// and whether a slot held kEscapedError.
+void VisitFillings(
+    const Template& tmpl, const Fillings& f, double p,
+    const std::function<void(const std::string& text, double p, bool escaped)>& visit) {
+  if (f.combinations == 0) return;
   const std::vector<std::string> pieces = Pieces(tmpl.text);
-  Odometer odometer(texts);
+  Odometer odometer(f.texts);
   do {
     double q = 0;
     bool escaped = false;
     std::string text = odometer.Fill(pieces, q, escaped);
-    work.Evaluations(1);
-    out.Add(escaped ? std::string(kEscapedError) : CalculatedText(text, mode), p * q);
+    visit(text, p * q, escaped);
   } while (odometer.Next());
+}
+
+}  // namespace
+
+void EnumerateTemplate(const Template& tmpl, ResultMode mode, double p, Outcomes& out, Work& work) {
+  const Fillings f = FillingsOf(tmpl, true, work);
+  if (LongestFilled(tmpl, f.texts) > kLongestText)
+    GiveUp(NotExactReason::Unsupported, "a text that may grow too long to calculate");
+  if (f.error > 0) out.Add(CalculatedText(std::string(kErrorMarker), mode), p * f.error);
+  out.truncated += p * f.truncated;
+  if (f.combinations > 0) work.Expect(f.combinations);
+  VisitFillings(tmpl, f, p, [&](const std::string& text, double q, bool escaped) {
+    work.Evaluations(1);
+    out.Add(escaped ? std::string(kEscapedError) : CalculatedText(text, mode), q);
+  });
 }
 
 void ForEachFilling(const Template& tmpl, double p, Outcomes& out, Work& work,
                     const std::function<void(const std::string& text, double p)>& visit) {
-  std::vector<TextDist> texts;
-  double combinations = 1, error = 0, truncated = 0;
-  for (const Slot& slot : tmpl.slots) {
-    texts.push_back(SlotTexts(slot));
-    combinations *= static_cast<double>(texts.back().texts.size());
-    CombineLosses(error, truncated, 0, texts.back().truncated);
-  }
-  if (!work.EvaluationsFit(combinations))
-    GiveUp(NotExactReason::Budget, "more combinations than the budget allows");
-  out.truncated += p * truncated;
-  if (combinations == 0) return;
-  const std::vector<std::string> pieces = Pieces(tmpl.text);
-  Odometer odometer(texts);
-  do {
-    double q = 0;
-    bool escaped = false;
-    std::string text = odometer.Fill(pieces, q, escaped);
-    visit(text, p * q);
-  } while (odometer.Next());
+  const Fillings f = FillingsOf(tmpl, false, work);
+  out.truncated += p * f.truncated;
+  VisitFillings(tmpl, f, p, [&](const std::string& text, double q, bool) { visit(text, q); });
 }
 
 namespace {

@@ -176,6 +176,20 @@ std::vector<GotoCheck> MissingGotoTargets(const std::vector<std::string>& rawLin
   return missing;
 }
 
+std::vector<std::string> SplitScriptLines(std::string_view text) {
+  std::vector<std::string> lines;
+  size_t start = 0;
+  for (size_t end; (end = text.find('\n', start)) != std::string_view::npos; start = end + 1) {
+    std::string_view line = text.substr(start, end - start);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    lines.push_back(RTrim(line));
+  }
+  std::string rest = RTrim(text.substr(start));
+  if (!rest.empty()) lines.push_back(rest);
+  lines.emplace_back();
+  return lines;
+}
+
 int32_t TokenizeScript(std::vector<std::string>& lines, std::string& errorText) {
   if (lines.empty()) return 0;
   LabelTable labels = TokenizeLines(lines, true);

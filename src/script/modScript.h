@@ -19,9 +19,15 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace gandrel {
+
+// Script text cut into its raw lines at every LF (a CR before it dropped):
+// trailing blanks removed, a blank rest after the last line end left out,
+// and one empty line always last. Element 0 is the first line.
+std::vector<std::string> SplitScriptLines(std::string_view text);
 
 // Every TAB of the line becomes one blank.
 void ExpandTabs(std::string& line);

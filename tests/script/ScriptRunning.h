@@ -5,25 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "calc/Basic.h"
 #include "script/modScript.h"
 
 namespace gandrel::testing {
 
-// The lines of a script text, 1-based: cut at every LF (a CR before it
-// dropped), trailing blanks removed, a blank rest after the last line left
-// out, one empty line last.
+// The lines of a script text, 1-based, as the editor's text is cut
+// (SplitScriptLines).
 inline std::vector<std::string> ScriptLinesOf(const std::string& text) {
-  std::vector<std::string> lines{""};
-  size_t start = 0;
-  for (size_t end; (end = text.find('\n', start)) != std::string::npos; start = end + 1) {
-    std::string line = text.substr(start, end - start);
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(RTrim(line));
-  }
-  std::string rest = RTrim(text.substr(start));
-  if (!rest.empty()) lines.push_back(rest);
-  lines.emplace_back();
+  std::vector<std::string> lines = SplitScriptLines(text);
+  lines.insert(lines.begin(), std::string());
   return lines;
 }
 
