@@ -16,50 +16,37 @@ using ScriptRequestTest = ShellTest;
 // A script file's name runs the editor's script too, whatever its name; a
 // GOTO without its label runs nothing; winresult shows in a message box too.
 TEST_F(ScriptRequestTest, TheEditorsScriptRuns) {
-  const struct {
-    std::string script, typed, result, eachResult;
-    Items messages;
-  } cases[] = {
-      {"var x\r\nx = 3d6\r\nlogon\r\nresult = x + 1\r\n",
-       "<current script>",
-       "16",
-       "Calc: 15 + 1=16\r\n",
-       {}},
-      {"var x\r\nx = 3d6\r\nresult = x + 1\r\n", "Combat.DIE", "4", "", {}},
-      {"result = 1\r\ngoto nowhere",
-       "<current script>",
-       "<error>",
-       "<error>",
-       {"Label for GOTO not found at line 2"}},
-      {"winresult = 6 * 7", "<current script>", "42", "", {"42"}},
+  // The script, the die value, the result, its details and the message shown.
+  const std::string cases[][5] = {
+      {"var x\r\nx = 3d6\r\nlogon\r\nresult = x + 1\r\n", "<current script>", "16",
+       "Calc: 15 + 1=16\r\n", ""},
+      {"var x\r\nx = 3d6\r\nresult = x + 1\r\n", "Combat.DIE", "4", "", ""},
+      {"result = 1\r\ngoto nowhere", "<current script>", "<error>", "<error>",
+       "Label for GOTO not found at line 2"},
+      {"winresult = 6 * 7", "<current script>", "42", "", "42"},
   };
   ScriptRandom({FaceToRnd(6, 6), FaceToRnd(5, 6), FaceToRnd(4, 6), FaceToRnd(1, 6), FaceToRnd(1, 6),
                 FaceToRnd(1, 6)});
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.script);
+  for (const auto& [script, typed, result, eachResult, message] : cases) {
+    SCOPED_TRACE(script);
     ui.messages.clear();
-    view.script = c.script;
-    Roll(c.typed);
-    EXPECT_EQ(view.result, c.result);
-    EXPECT_EQ(view.eachResult, c.eachResult);
-    EXPECT_EQ(view.clipboard, " rolls " + c.result + " on " + c.typed);
-    EXPECT_EQ(ui.Texts(), c.messages);
+    view.script = script;
+    Roll(typed);
+    EXPECT_EQ(view.result, result);
+    EXPECT_EQ(view.eachResult, eachResult);
+    EXPECT_EQ(view.clipboard, " rolls " + result + " on " + typed);
+    EXPECT_EQ(ui.Texts(), message.empty() ? Items{} : Items{message});
   }
   EXPECT_EQ(DieHistory, OneBased("Combat.DIE"));
 }
 
 TEST_F(ScriptRequestTest, OneLineScripts) {
-  const struct {
-    std::string typed, result;
-  } cases[] = {
-      {"=3d6+2", "13"},
-      {"= \"You rolled \" 1d6", "You rolled 5"},
-      {"=@foo(1)", "<script error>"},
-  };
+  const std::pair<const char*, const char*> cases[] = {
+      {"=3d6+2", "13"}, {"= \"You rolled \" 1d6", "You rolled 5"}, {"=@foo(1)", "<script error>"}};
   ScriptRandom({FaceToRnd(4, 6), FaceToRnd(1, 6), FaceToRnd(6, 6), FaceToRnd(5, 6)});
-  for (const auto& c : cases) {
-    Roll(c.typed);
-    EXPECT_EQ(view.result, c.result) << c.typed;
+  for (const auto& [typed, result] : cases) {
+    Roll(typed);
+    EXPECT_EQ(view.result, result) << typed;
   }
   EXPECT_EQ(view.eachResult, "Error: function not found in line:\r\nresult=@foo(1)");
   EXPECT_EQ(ScriptLines, (Items{"", std::string(1, '\0') + "result=@foo(1)"}));
