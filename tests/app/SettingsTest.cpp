@@ -80,17 +80,7 @@ TEST_F(SettingsTest, FirstStartAndRoundTrip) {
   EXPECT_NE(saved.find("\nScriptSize=8.3\n"), std::string::npos);
 }
 
-TEST_F(SettingsTest, MinimisedWindowKeepsItsPlace) {
-  dir.Write("gandrel.ini", "[location]\nleft=11\n");
-  settings.Main.State = 1;
-  settings.Main.Left = 99;
-  ASSERT_TRUE(SaveSettings());
-  EXPECT_EQ(dir.Read("gandrel.ini").rfind("[location]\nleft=11\n\n[Flags]\nState=1\n", 0), 0u);
-  LoadSettings();
-  EXPECT_EQ(settings.Main.Left, 99);  // not read while minimised
-}
-
-TEST_F(SettingsTest, OddValues) {
+TEST_F(SettingsTest, OddValuesAndAMinimisedWindow) {
   dir.Write("gandrel.ini",
             "[location]\nleft=abc\ntop=12.6\nwidth=1E400\nheight=1E12\n[Flags]\nState=7\n"
             "OnTop=1\n[Fonts]\nResultsSize=big\nScriptSize=1E300\n[Settings]\nKeepNum=-5\n"
@@ -106,6 +96,14 @@ TEST_F(SettingsTest, OddValues) {
   EXPECT_EQ(settings.KeepNum, 0);
   EXPECT_EQ(engineSettings.MarginIncrement, 32767);
   EXPECT_TRUE(ui.messages.empty());
+  // A minimised window keeps the place it had, neither written nor read.
+  dir.Write("gandrel.ini", "[location]\nleft=11\n");
+  settings.Main.State = 1;
+  settings.Main.Left = 99;
+  ASSERT_TRUE(SaveSettings());
+  EXPECT_EQ(dir.Read("gandrel.ini").rfind("[location]\nleft=11\n\n[Flags]\nState=1\n", 0), 0u);
+  LoadSettings();
+  EXPECT_EQ(settings.Main.Left, 99);
 }
 
 TEST_F(SettingsTest, StartUpReadsDatThenDefThenIni) {
