@@ -219,7 +219,8 @@ std::string Listing(const fs::path& folder) {
 // deleted there, not an empty file (how a user asks for portable use), and a
 // pipe is not waited for.
 TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {
-  // gandrel.ini, gandrel.def and gandrel.dat (nullptr: none, "|": a pipe), the
+  // gandrel.ini, gandrel.def and gandrel.dat (nullptr: none, "": empty, as
+  // missing files are to the reader, "|": a pipe), the
   // arguments, the output and the number of messages.
   const struct {
     const char *ini, *def, *dat;
@@ -233,7 +234,6 @@ TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {
        {"-n", "2", "4dfate"},
        "-4\n-4\n",
        0},  // long results off: one line a roll
-      {nullptr, nullptr, nullptr, {"-q", "2+3"}, "5\n", 0},
       {"", "", "", {"-q", "2+3"}, "5\n", 0},
       {"|", "|", "|", {"-q", "2+3"}, "5\n", 3},
   };
