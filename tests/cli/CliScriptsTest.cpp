@@ -32,12 +32,12 @@ struct Terminal : MemoryStreams {
 
 class TerminalWindowsTest : public testing::EngineTest {};
 
+// From a pipe, the end of the input, an empty line and the Cancel choice
+// are CliRunTest's ScriptPromptsReadTheInputAndWindowsGoToTheOutput cases.
 TEST_F(TerminalWindowsTest, GetReadsALineAndEnterOrTheEndKeepsTheDefault) {
   // The input, whether it comes from a terminal, the default, what GET
   // stores and the standard error.
   const std::tuple<std::string, bool, std::string, double, std::string> cases[] = {
-      {"", false, "15", 15, "Hit points? [15]: \n"},
-      {"\n", false, "15", 15, "Hit points? [15]: \n"},
       {"   \r\n", false, "15", 15, "Hit points? [15]:    \n"},
       {"12abc\n", false, "15", 12, "Hit points? [15]: 12abc\n"},
       {"-3\r\n4\n", false, "15", -3, "Hit points? [15]: -3\n"},
@@ -61,8 +61,8 @@ TEST_F(TerminalWindowsTest, PickListReadsAChoice) {
   // The input, whether it comes from a terminal, the preselected item and
   // what PICKLIST stores.
   const std::tuple<std::string, bool, int16_t, int16_t> cases[] = {
-      {"", false, 2, 2},         {"\n", false, 2, 2},  {" 3 \n", false, 2, 3}, {"0\n", false, 2, 0},
-      {"x\n1\n", false, 2, 0},   {"4\n", false, 2, 0}, {"", false, 0, 0},      {"", false, 7, 0},
+      {"\n", false, 2, 2},       {" 3 \n", false, 2, 3}, {"x\n1\n", false, 2, 0},
+      {"4\n", false, 2, 0},      {"", false, 0, 0},      {"", false, 7, 0},
       {"x\n9\n1\n", true, 2, 1}, {"x\n", true, 2, 2},  // then the end of the input
   };
   for (const auto& [input, interactive, selected, stored] : cases) {
