@@ -284,8 +284,7 @@ TEST_F(SettingsTest, UnreadFilesAreNeverWrittenOver) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    std::vector<fs::path> old(fs::directory_iterator(dir.path()), {});
-    for (const fs::path& path : old)
+    for (const fs::path& path : std::vector<fs::path>(fs::directory_iterator(dir.path()), {}))
       fs::remove_all(path);
     ResetIni();
     ui.messages.clear();
@@ -310,11 +309,8 @@ TEST_F(SettingsTest, UnreadFilesAreNeverWrittenOver) {
                        ", so it is left as it is: this run's changes to it cannot be saved.");
     }
     EXPECT_EQ(ui.Texts(), told);
-    for (const char* saved : {"gandrel.ini", "gandrel.def"}) {
-      if (!before.count(saved)) {
-        EXPECT_TRUE(fs::is_regular_file(dir.Path(saved))) << saved;
-      }
-    }
+    for (const char* saved : {"gandrel.ini", "gandrel.def"})  // the other file is saved
+      EXPECT_TRUE(before.count(saved) || fs::is_regular_file(dir.Path(saved))) << saved;
   }
 }
 
