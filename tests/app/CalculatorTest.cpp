@@ -6,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 #include <string>
+#include <tuple>
 
 #include "ShellFixture.h"
 #include "app/Calculator.h"
@@ -147,9 +148,8 @@ TEST_F(CalculatorTest, AnEstimateTouchesNothing) {
   SetPumpEveryCall(false);
   ASSERT_EQ(dist.method, DistMethod::MonteCarlo);
   // Every roll starts with the user's default die, d4: DIE 20 lasts one roll.
-  EXPECT_EQ(dist.summary.min, 1);
-  EXPECT_EQ(dist.summary.max, 4);
-  EXPECT_EQ(dist.samples, 300);
+  EXPECT_EQ(std::make_tuple(dist.summary.min, dist.summary.max, dist.samples),
+            std::make_tuple(1.0, 4.0, 300LL));
   EXPECT_FALSE(std::filesystem::exists(path));
   EXPECT_TRUE(ui.shown.empty());
   EXPECT_EQ(ui.OutputNamed("w"), none);
@@ -157,10 +157,9 @@ TEST_F(CalculatorTest, AnEstimateTouchesNothing) {
   EXPECT_EQ(view.rolls, 0);
   EXPECT_EQ(view.clipboard, "");
   EXPECT_EQ(DieHistory, OneBased("3d6 d20"));
-  EXPECT_EQ(engineSettings.DieType, "4");
-  EXPECT_TRUE(engineSettings.LongResults);
-  EXPECT_TRUE(runFlags.LogOn);
-  EXPECT_FALSE(runFlags.ScriptRunning);
+  EXPECT_EQ(std::make_tuple(engineSettings.DieType, engineSettings.LongResults, runFlags.LogOn,
+                            runFlags.ScriptRunning),
+            std::make_tuple("4", true, true, false));
   EXPECT_EQ(dieTypes.Define.size(), 2u);  // dfate only
   // The interfaces are the test's again.
   EXPECT_EQ(&UI(), &ui);
