@@ -24,27 +24,26 @@ class RollHintsTest : public ShellTest {
   // seed, once with the hints worked out again between it and the next
   // request: what the requests show must be the same.
   Items HintsOf(const std::string& typed) {
-    RollOutcome plain[2], hinted[2];
-    Items history[2];
-    SeedRandom(11);
-    plain[0] = WorkOutRoll(typed);
-    plain[1] = WorkOutRoll(typed);
-    history[0] = DieHistory;
-    DieHistory.assign(1, "");
-    SeedRandom(11);
-    hinted[0] = WorkOutRoll(typed);
-    EvalFailure failure = FailureOf(typed);
-    Items hints = RollHints(typed, hinted[0].result, failure);
-    EXPECT_EQ(hinted[0].hints, hints);
-    hinted[1] = WorkOutRoll(typed);
-    history[1] = DieHistory;
-    for (int i = 0; i < 2; ++i) {
-      EXPECT_EQ(hinted[i].result, plain[i].result);
-      EXPECT_EQ(hinted[i].eachResult, plain[i].eachResult);
-      EXPECT_EQ(hinted[i].clipboard, plain[i].clipboard);
-      EXPECT_EQ(hinted[i].dieValueText, plain[i].dieValueText);
-    }
-    EXPECT_EQ(history[0], history[1]);
+    Items hints;
+    // What two requests from the seed show and leave in the history.
+    auto twoRequests = [&](bool hintsBetween) {
+      DieHistory.assign(1, "");
+      SeedRandom(11);
+      RollOutcome first = WorkOutRoll(typed);
+      if (hintsBetween) {
+        hints = RollHints(typed, first.result, FailureOf(typed));
+        EXPECT_EQ(first.hints, hints);
+      }
+      RollOutcome second = WorkOutRoll(typed);
+      std::string shown;
+      for (const RollOutcome& o : {first, second})
+        shown += o.result + "|" + o.eachResult + "|" + o.clipboard + "|" + o.dieValueText + "\n";
+      for (const std::string& entry : DieHistory)
+        shown += entry + "|";
+      return shown;
+    };
+    const std::string plain = twoRequests(false);
+    EXPECT_EQ(twoRequests(true), plain);
     DieHistory.assign(1, "");
     return hints;
   }
