@@ -28,8 +28,7 @@ TEST_F(DialogModelsTest, AcceptedDieTypeEntries) {
       {"dy = 2.5 to 3.5", "dy = 2 to 4", -1},
       {"dz = -1,+2,.5,1E3", "dz = -1,+2,.5,1E3", -1},
       {"dfa = 1 to 2", "dfa = 1 to 2", -1},  // a range may begin like a range
-      {"d6 = 0 to 5", "d6 = 0 to 5", -1},
-      {"d5x = 1,5", "d5x = 1,5", -1},  // rolled whole: a name wins over the size digits
+      {"d5x = 1,5", "d5x = 1,5", -1},        // rolled whole: a name wins over the size digits
       {"d% = 1 to 100", "d% = 1 to 100", -1},
   };
   for (const auto& c : cases) {
@@ -57,18 +56,12 @@ TEST_F(DialogModelsTest, RefusedDieTypeEntries) {
       {"dbig = 1 to 1E12", "-2147483648"},
       {"dsemi = 1,2;3", "comment"},
       {"d = 1 to 3", "only \"d\""},
-      {" = 1,2", "only \"d\""},
       {"dsp ace = 1,2", "blank"},
       {"d+x = 1 to 2", "\"+\" means"},
-      {"d(x = 1 to 2", "\"(\" means"},
-      {"dx,y = 1 to 2", "\",\" means"},
       {"d@x = 1 to 2", "\"@\" means"},
-      {"dx = a,b,c", "\"a\" is not"},
       {"dx = 1,2x", "\"2x\" is not"},
-      {"dx = 1,,2", "empty item"},
       {"dx = 1,2,", "empty item"},
       {"dx = 1d3,2", "\"1d3\" is not"},
-      {"dx = 1,2 to 3", "\"1,2\" is not"},
       {"dx = to 3", "each side"},
       {"dx = 1 to six", "\"six\" is not"},
       {"df = 1,2", "roll of dfate would roll the list type df"},
@@ -143,14 +136,11 @@ TEST_F(DialogModelsTest, DefaultDie) {
     EXPECT_EQ(DefaultDieText(stored), shown);
 }
 
-TEST_F(DialogModelsTest, AlwaysAddItemChecks) {
+TEST_F(DialogModelsTest, AlwaysAddItems) {
   const Items others{"4df", "1d20"};
   EXPECT_EQ(CheckAlwaysAddItem("3d6+2", others), "");
   for (const char* item : {"  ", " 1D20 ", "x ; y", "Defined"})
     EXPECT_NE(CheckAlwaysAddItem(item, others), "") << item;
-}
-
-TEST_F(DialogModelsTest, ApplyingAlwaysAddItems) {
   // Lists are written as blank-separated entries.
   struct Case {
     bool newFirst;
@@ -181,28 +171,27 @@ TEST_F(DialogModelsTest, ApplyingAlwaysAddItems) {
   EXPECT_EQ(settings.KeepNum, 2);  // raised to the number of items, even unchanged ones
 }
 
-TEST_F(DialogModelsTest, ShownTextIsLimited) {
-  const TextCase cases[] = {
+// Shown texts are cut at a limit, long lines broken at a width; neither
+// splits a CR LF or a UTF-8 character.
+TEST_F(DialogModelsTest, ShownTextIsLimitedAndItsLongLinesBroken) {
+  const TextCase limited[] = {
       {"abcdef", 6, "abcdef"},
       {"ab\r\ncd\r\nef", 9, "ab\r\ncd\r\n... 2 more characters not shown"},
-      {"abcd\r\nef", 5, "abcd\r\n... 4 more characters not shown"},  // no CR LF split
-      {"ab\xC3\xA9z", 3, "ab\r\n... 3 more characters not shown"},   // no UTF-8 split
+      {"abcd\r\nef", 5, "abcd\r\n... 4 more characters not shown"},
+      {"ab\xC3\xA9z", 3, "ab\r\n... 3 more characters not shown"},
       {std::string(1234568, 'x'), 5, "xxxxx\r\n... 1,234,563 more characters not shown"},
   };
-  for (const auto& [text, limit, expected] : cases)
+  for (const auto& [text, limit, expected] : limited)
     EXPECT_EQ(LimitShownText(text, limit), expected) << limit;
-}
-
-TEST_F(DialogModelsTest, LongLinesAreBroken) {
-  const TextCase cases[] = {
+  const TextCase broken[] = {
       {"3d6= +1+2+3+4", 8, "3d6= +1\r\n+2+3+4"},  // before a sign
       {"abcdef ghij", 8, "abcdef \r\nghij"},      // after a blank
       {"abcdefghijkl", 8, "abcdefgh\r\nijkl"},    // at the width
       {"a+bcdefghij", 8, "a+bcdefg\r\nhij"},      // a sign too early is no place
       {"+1+2+3+4+5+6+7\r\nx\r\n", 6, "+1+2+3\r\n+4+5+6\r\n+7\r\nx\r\n"},
-      {"abcdefg\xC3\xA9xyz", 8, "abcdefg\r\n\xC3\xA9xyz"},  // no UTF-8 split
+      {"abcdefg\xC3\xA9xyz", 8, "abcdefg\r\n\xC3\xA9xyz"},
   };
-  for (const auto& [text, width, expected] : cases)
+  for (const auto& [text, width, expected] : broken)
     EXPECT_EQ(BreakLongLines(text, width), expected) << text;
 }
 

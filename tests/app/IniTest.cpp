@@ -19,10 +19,7 @@ TEST_F(IniTest, UnregisteredAccessIsRefused) {
   EXPECT_EQ(GetIniInt("x", 7), 0);
   EXPECT_EQ(GetIniString("x", "d"), "");
   EXPECT_EQ(WriteIniString("x", "v"), 0);
-  ASSERT_EQ(ui.messages.size(), 3u);
-  EXPECT_EQ(ui.messages[2].text, "[Section] and FileName Not Registered in Private.Ini!");
-  EXPECT_EQ(ui.messages[2].icon, MsgIcon::Critical);
-  EXPECT_EQ(ui.messages[2].title, "IniFile Logic Error");
+  EXPECT_EQ(ui.Texts(), Items(3, "[Section] and FileName Not Registered in Private.Ini!"));
 }
 
 TEST_F(IniTest, Reads) {

@@ -1,3 +1,5 @@
+// The Roll request: the history it keeps, what it shows, and its script
+// branches.
 #include <gtest/gtest.h>
 
 #include <utility>
@@ -56,7 +58,10 @@ using RollRequestTest = ShellTest;
 
 TEST_F(RollRequestTest, Outcomes) {
   // The editor is empty: a script file's name and "<current script>" run it.
-  const std::string best = "4d6= +6+1+3+2= 12\r\nBest(2,+6+1+3+2)=(+6+3)\r\n";
+  // What one-line scripts show with dice is the calculator tests' (the
+  // exact outcomes through the request).
+  const std::string best = "4d6= +6+1+3+2= 12\r\nBest(2,+6+1+3+2)=(+6+3)\r\n",
+                    foo = "Error: function not found in line:\r\nresult=@foo(1)";
   struct Case {
     std::string typed, dieValue, result, eachResult, history;
   } cases[] = {
@@ -68,6 +73,7 @@ TEST_F(RollRequestTest, Outcomes) {
       {"@best(2,4d6)",     "=@best(2,4d6)",    "9",              best,            "=@best(2,4d6)"},
       {"FOO.DIE",          "FOO.DIE",          "",               "",              "FOO.DIE"},
       {"<current script>", "<current script>", "",               "",              ""},
+      {"=@foo(1)",         "=@foo(1)",         "<script error>", foo,             "=@foo(1)"},
       // clang-format on
   };
   runFlags.BreakRequested = true;  // a break of an earlier roll is forgotten
@@ -83,9 +89,12 @@ TEST_F(RollRequestTest, Outcomes) {
     EXPECT_EQ(view.clipboard, " rolls " + c.result + " on " + c.dieValue);
     EXPECT_EQ(DieHistory, OneBased(c.history));
   }
+  // A one-line script runs as a script of its own, not the editor's.
+  EXPECT_EQ(ScriptLines, (Items{"", std::string(1, '\0') + "result=@foo(1)"}));
   EXPECT_TRUE(ui.messages.empty());
-  EXPECT_EQ(view.rolls, 7);  // each outcome shown once
+  EXPECT_EQ(view.rolls, 8);  // each outcome shown once
   settings.AddDice = false;
+  DieHistory.assign(1, "");
   Roll("3d6");
   Roll("=1");
   Roll("x.die");
@@ -125,6 +134,102 @@ TEST_F(RollRequestTest, ErrorsBeforeAndAfterTheDice) {
     EXPECT_EQ(ui.Texts(), Items{message});
     EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));  // the busy pointer goes
   }
+}
+
+// The script branches: the editor's script (by a script file's name or
+// "<current script>") and one-line scripts.
+using ScriptRequestTest = ShellTest;
+
+// A script file's name runs the editor's script too, whatever its name; a
+// GOTO without its label runs nothing; winresult shows in a message box too.
+TEST_F(ScriptRequestTest, TheEditorsScriptRuns) {
+  // The script, the die value, the result, its details and the message shown.
+  const std::string cases[][5] = {
+      {"var x\r\nx = 3d6\r\nlogon\r\nresult = x + 1\r\n", "<current script>", "16",
+       "Calc: 15 + 1=16\r\n", ""},
+      {"var x\r\nx = 3d6\r\nresult = x + 1\r\n", "Combat.DIE", "4", "", ""},
+      {"result = 1\r\ngoto nowhere", "<current script>", "<error>", "<error>",
+       "Label for GOTO not found at line 2"},
+      {"winresult = 6 * 7", "<current script>", "42", "", "42"},
+  };
+  ScriptRandom({FaceToRnd(6, 6), FaceToRnd(5, 6), FaceToRnd(4, 6), FaceToRnd(1, 6), FaceToRnd(1, 6),
+                FaceToRnd(1, 6)});
+  for (const auto& [script, typed, result, eachResult, message] : cases) {
+    SCOPED_TRACE(script);
+    ui.messages.clear();
+    view.script = script;
+    Roll(typed);
+    EXPECT_EQ(view.result, result);
+    EXPECT_EQ(view.eachResult, eachResult);
+    EXPECT_EQ(view.clipboard, " rolls " + result + " on " + typed);
+    EXPECT_EQ(ui.Texts(), message.empty() ? Items{} : Items{message});
+  }
+  EXPECT_EQ(DieHistory, OneBased("Combat.DIE"));
+}
+
+// The editor is told the line where its script went wrong.
+TEST_F(ScriptRequestTest, TheLineWhereTheEditorsScriptStopped) {
+  const struct {
+    std::string script, typed;
+    int32_t line;
+  } cases[] = {
+      {"x = 1\r\n\r\ngoto nowhere\r\n:there", "<current script>", 3},  // not run
+      {"var i\r\nfor i = 1 to 1E20\r\nnext", "fight.die", 2},  // script processing on line 2
+      {"result = 1\r\nx = @foo(1)", "<current script>", 2},    // <script error>
+      {"next", "<current script>", 1},
+      {"result = 1\r\nend\r\nnext", "<current script>", 0},
+      {"next", "=@foo(1)", 0},  // a one-line script is not the editor's
+      {"next", "2d6", 0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.script);
+    view.script = c.script;
+    Roll(c.typed);
+    EXPECT_EQ(view.errorLine, c.line);
+  }
+}
+
+// Escape breaks a script as it breaks a roll: "<break>" and no message.
+TEST_F(ScriptRequestTest, EscapeBreaksTheScriptOrTheRoll) {
+  view.script = "var i\r\nfor i = 1 to 10000\r\nnext\r\nresult = i";
+  SetPumpEveryCall(true);
+  ui.onPump = [](long pump) {
+    if (pump == 5000) runFlags.BreakRequested = true;
+  };
+  Roll("<current script>");
+  EXPECT_EQ(view.result, "<break>");
+  EXPECT_EQ(view.eachResult, "BREAK: ESC key pressed or Pause 'Cancel' pressed.");
+  ui.onPump = [](long) { runFlags.BreakRequested = true; };
+  Roll("100d6");
+  EXPECT_EQ(view.result, "<break>");
+  EXPECT_EQ(view.eachResult, "<break>");
+  EXPECT_EQ(view.clipboard, " rolls <break> on 100d6");
+  EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(ScriptRequestTest, WhileAScriptRunsTheShellRefusesWhatItsEventsAsk) {
+  StartUp();
+  view.script = "var i\r\nfor i = 1 to 100\r\nnext\r\nresult = i";
+  scriptEditor.Modified = false;
+  int calls = 0;
+  SetPumpEveryCall(true);
+  ui.onPump = [&](long) {
+    if (!runFlags.ScriptRunning) return;
+    ++calls;
+    view.dieValue = "2+2";
+    RollDieValue();
+    EXPECT_EQ(WorkOutRoll("2+2").result, "");
+    NewScript();
+    LoadScriptFile();
+    EXPECT_FALSE(SaveScriptAs());
+    PickDieValue("3d6");
+  };
+  Roll("<current script>");
+  EXPECT_GT(calls, 100);  // at every line of the run
+  EXPECT_EQ(view.rolls, 1);
+  EXPECT_EQ(view.result, "101");
+  EXPECT_EQ(view.script, "var i\r\nfor i = 1 to 100\r\nnext\r\nresult = i");
+  EXPECT_TRUE(view.fileQuestions.empty());
 }
 
 }  // namespace

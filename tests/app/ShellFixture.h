@@ -22,7 +22,7 @@ class FakeView : public MainView {
  public:
   std::string dieValue, result, eachResult, clipboard;
   std::vector<std::string> list;
-  int rolls = 0, listsShown = 0;
+  int rolls = 0;
   int32_t errorLine = 0;
   std::string script, caption = "Script";
   bool modified = false;
@@ -34,7 +34,6 @@ class FakeView : public MainView {
   void ShowDieList(const std::vector<std::string>& entries, const std::string& text) override {
     list = entries;
     dieValue = text;
-    ++listsShown;
   }
   void ShowRoll(const RollOutcome& outcome) override {
     ++rolls;

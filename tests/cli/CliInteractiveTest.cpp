@@ -22,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
-TEST(CliInteractive, CommandsOfThePrompt) {
+TEST(CliInteractive, CommandsOfThePromptAndHistoryFileLines) {
   const std::pair<const char*, PromptCommand> cases[] = {
       {"help", PromptCommand::Help}, {" HELP ", PromptCommand::Help}, {"quit", PromptCommand::Quit},
       {"Exit", PromptCommand::Quit}, {"helpd6", PromptCommand::None}, {"3d6", PromptCommand::None},
@@ -30,9 +30,7 @@ TEST(CliInteractive, CommandsOfThePrompt) {
   };
   for (const auto& [line, command] : cases)
     EXPECT_EQ(CommandOf(line), command) << line;
-}
-
-TEST(CliInteractive, HistoryFileLines) {
+  // The history file: blank lines left out, the oldest lines dropped.
   EXPECT_EQ(HistoryLines("3d6\r\n\n  \n=@best(3,4d6)\nd20"),
             (Lines{"3d6", "=@best(3,4d6)", "d20"}));
   EXPECT_EQ(HistoryText({"3d6", "d20"}), "3d6\nd20\n");
@@ -124,38 +122,38 @@ size_t Count(const std::string& text, const std::string& part) {
   return count;
 }
 
+const char* const kPrompt = "gandrel> ";
+const char* const kUp = "\x1b[A";
+const char* const kCtrlC = "\x03";
+
 class CliTerminalTest : public ::testing::Test {
  protected:
   std::string History() const { return config.Read(kHistoryFileName); }
+  // Types keys and Enter; true once shown, then the next prompt, are on the screen.
+  static bool Enter(Session& s, const std::string& keys, const std::string& shown) {
+    s.Type(keys + "\r");
+    return s.WaitFor(shown) && s.WaitFor(kPrompt);
+  }
   testing::TempFolder config;
   // A script that runs until it is broken.
   std::string loop = config.Write("loop.die", ":top\r\ngoto top\r\n");
 };
-
-const char* const kPrompt = "gandrel> ";
-const char* const kUp = "\x1b[A";
-const char* const kCtrlC = "\x03";
 
 TEST_F(CliTerminalTest, CtrlCBreaksBackToThePromptAndUpRecalls) {
   {
     Session s(config.path());
     ASSERT_TRUE(s.Started());
     ASSERT_TRUE(s.WaitFor(kPrompt));
-    s.Type("2+3\r");
-    ASSERT_TRUE(s.WaitFor("Calc: 2+3=5"));
-    ASSERT_TRUE(s.WaitFor(kPrompt));
+    ASSERT_TRUE(Enter(s, "2+3", "Calc: 2+3=5"));
     // Ctrl-C breaks the roll once and comes back to the prompt.
     s.Type(loop + "\r");
     ASSERT_TRUE(s.WaitFor(loop));
     usleep(200000);
     s.Type(kCtrlC);
-    ASSERT_TRUE(s.WaitFor("<break>"));
-    ASSERT_TRUE(s.WaitFor(kPrompt)) << s.Screen();
+    ASSERT_TRUE(s.WaitFor("<break>") && s.WaitFor(kPrompt)) << s.Screen();
     EXPECT_EQ(Count(s.Screen(), "<break>"), 1u);
     // Up twice recalls the line before the last.
-    s.Type(std::string(kUp) + kUp + "\r");
-    ASSERT_TRUE(s.WaitFor("Calc: 2+3=5")) << s.Screen();
-    ASSERT_TRUE(s.WaitFor(kPrompt)) << s.Screen();
+    ASSERT_TRUE(Enter(s, std::string(kUp) + kUp, "Calc: 2+3=5")) << s.Screen();
     // Ctrl-C clears a typed line, and a second one at the empty prompt ends.
     s.Type("4d6k3");
     ASSERT_TRUE(s.WaitFor("4d6k3"));
@@ -171,12 +169,9 @@ TEST_F(CliTerminalTest, CtrlCBreaksBackToThePromptAndUpRecalls) {
   // helps, and quit ends.
   Session s(config.path());
   ASSERT_TRUE(s.WaitFor(kPrompt));
-  s.Type(std::string(kUp) + "\r");
-  ASSERT_TRUE(s.WaitFor("Calc: 2+3=5"));
-  s.Type("2d1k3\r");
-  ASSERT_TRUE(s.WaitFor("hint: \"k3\" was ignored"));
-  s.Type("help\r");
-  ASSERT_TRUE(s.WaitFor("Ctrl-R searches them"));
+  ASSERT_TRUE(Enter(s, kUp, "Calc: 2+3=5"));
+  ASSERT_TRUE(Enter(s, "2d1k3", "hint: \"k3\" was ignored"));
+  ASSERT_TRUE(Enter(s, "help", "Ctrl-R searches them"));
   s.Type("quit\r");
   EXPECT_EQ(s.Wait(), 0);
   EXPECT_EQ(History(), "2+3\n" + loop + "\n2+3\n2d1k3\nhelp\nquit\n");
@@ -188,9 +183,7 @@ TEST_F(CliTerminalTest, AHistoryFileThatCannotBeRead) {
   fs::create_directory(config.Path(kHistoryFileName));  // a folder in its place
   Session s(config.path());
   ASSERT_TRUE(s.WaitFor(kPrompt));
-  s.Type("1+1\r2+2\r");
-  ASSERT_TRUE(s.WaitFor("Calc: 2+2=4"));
-  ASSERT_TRUE(s.WaitFor(kPrompt));
+  ASSERT_TRUE(Enter(s, "1+1\r2+2", "Calc: 2+2=4"));
   // The editor takes the terminal out of line mode right after the prompt:
   // a Ctrl-D before that would be the line mode's end of input, and lost.
   usleep(200000);
