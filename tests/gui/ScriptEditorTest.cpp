@@ -14,10 +14,6 @@ namespace {
 
 using Kind = ScriptTextKind;
 
-std::string Text(const QPlainTextEdit* box) {
-  return box->toPlainText().toStdString();
-}
-
 // The spans of a line written as "kind:text" pieces, for readable tables.
 std::vector<std::string> Pieces(const QString& line) {
   static const char* const names[] = {"key", "label", "comment", "quoted", "fn", "num", "ignored"};
