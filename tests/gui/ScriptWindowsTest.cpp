@@ -225,7 +225,7 @@ TEST_F(WindowTest, NoPromptOnceTheUserInsistsOnStopping) {
 
 // ---- frmOutput -------------------------------------------------------------
 
-TEST_F(WindowTest, OutputWindowsAppendClearAndOutliveTheirHandle) {
+TEST_F(WindowTest, OutputWindowsAppendClearChangeFontAndOutliveTheirHandle) {
   StartWindow();
   settings.Fonts[kOutputFont] = FontSetting{"No Such Font Family", 15.5f, false, true};
   auto first = scriptWindows.OpenOutputWindow("log", "Output Window 1: Log");
@@ -254,13 +254,27 @@ TEST_F(WindowTest, OutputWindowsAppendClearAndOutliveTheirHandle) {
   Settle();
   EXPECT_EQ(log.txtWindow->toPlainText(), "");
 
+  // The font button changes this window alone; Cancel changes nothing.
+  for (bool accept : {false, true}) {
+    WhenUp<QFontDialog>([&](QFontDialog& dialog) {
+      EXPECT_TRUE(dialog.currentFont().italic());  // it offers the window's font
+      QFont bigger = dialog.currentFont();
+      bigger.setPointSizeF(21);
+      dialog.setCurrentFont(bigger);
+      accept ? dialog.accept() : dialog.reject();
+    });
+    QTest::mouseClick(log.btnFont, Qt::LeftButton);
+    EXPECT_DOUBLE_EQ(log.txtWindow->font().pointSizeF(), accept ? 21 : 15.5);
+  }
+  EXPECT_TRUE(ui.messages.empty());
+
   // Dropping the handle leaves the window up; Close() closes it.
   second.reset();
   EXPECT_EQ(Shown<frmOutput>().size(), 2u);
   first->Close();
   Settle();
   EXPECT_EQ(Shown<frmOutput>().size(), 1u);
-  EXPECT_TRUE(settings.Fonts[kOutputFont].Italic);
+  EXPECT_EQ(settings.Fonts[kOutputFont].Size, 15.5f);
 }
 
 // A window the user closed is ignored by everything the script does later,
@@ -310,26 +324,6 @@ TEST_F(WindowTest, OutputIsInsertedAtTheEndOnly) {
   QObject::disconnect(watch);
   EXPECT_GE(changes, 40);
   EXPECT_EQ(window.txtWindow->toPlainText().toStdString(), expected);
-}
-
-TEST_F(WindowTest, OutputFontDialogChangesTheWindowAloneAndCancelIsSilent) {
-  StartWindow();
-  auto handle = scriptWindows.OpenOutputWindow("w", "Output Window 1: w");
-  frmOutput& window = *Shown<frmOutput>().front();
-  QFont before = window.txtWindow->font();
-  for (bool accept : {false, true}) {
-    WhenUp<QFontDialog>([&](QFontDialog& dialog) {
-      EXPECT_EQ(dialog.currentFont().pointSizeF(), before.pointSizeF());
-      QFont bigger = before;
-      bigger.setPointSizeF(21);
-      dialog.setCurrentFont(bigger);
-      accept ? dialog.accept() : dialog.reject();
-    });
-    QTest::mouseClick(window.btnFont, Qt::LeftButton);
-    EXPECT_DOUBLE_EQ(window.txtWindow->font().pointSizeF(), accept ? 21 : before.pointSizeF());
-  }
-  EXPECT_TRUE(ui.messages.empty());
-  EXPECT_DOUBLE_EQ(settings.Fonts[kOutputFont].Size, 12);
 }
 
 // ---- The main window during a script ----------------------------------------
