@@ -7,8 +7,6 @@
 namespace gandrel::testing {
 namespace {
 
-using Items = std::vector<std::string>;
-
 // Runs act on the modal dialog of type Dialog as soon as it is up; anything
 // else that is up instead is closed, so that a failing test cannot hang.
 template <typename Dialog>
