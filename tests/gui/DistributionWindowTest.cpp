@@ -73,7 +73,8 @@ TEST_F(DistributionWindowTest, F9AndTheButtonOpenOneWindowForTheDieValue) {
 }
 
 // Advantage against +2: both on one chart, in their own colours, and the
-// hover text gives each one's probability and cumulative percentages.
+// hover text gives each one's probability and cumulative percentages; both
+// go into the exports.
 TEST_F(DistributionWindowTest, TwoDieValuesComparedOnOneChart) {
   frmMain& w = StartWindow();
   QTest::keyClick(&w, Qt::Key_F9);
@@ -95,6 +96,20 @@ TEST_F(DistributionWindowTest, TwoDieValuesComparedOnOneChart) {
   // The chart draws with the "at least" curves on too.
   QTest::mouseClick(d.chkAtLeast, Qt::LeftButton);
   EXPECT_FALSE(d.chart->grab().isNull());
+
+  // The exports: the chart as drawn, and both die values' outcomes a line
+  // each after the header (what a line holds is the calculator's).
+  QString png = folder.filePath("chart.png"), csv = folder.filePath("chart.csv");
+  ASSERT_TRUE(d.ExportPng(png));
+  EXPECT_EQ(QImage(png).size(), d.chart->size() * d.chart->devicePixelRatio());
+  ASSERT_TRUE(d.ExportCsv(csv));
+  std::string text = ReadFile("chart.csv");
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 20 + 20);
+  // A file where the folder should be: the user is told.
+  QString bad = csv + "/y.csv";
+  EXPECT_FALSE(d.ExportCsv(bad));
+  ASSERT_EQ(ui.messages.size(), 1u);
+  EXPECT_EQ(ui.messages[0].rfind("Gandrel could not write " + bad.toStdString() + ": ", 0), 0u);
 }
 
 // A script is estimated; a long estimate can be cancelled by the button or
@@ -149,26 +164,6 @@ TEST_F(DistributionWindowTest, ScriptsAreEstimatedAndTheEstimateCanBeCancelled) 
   EXPECT_TRUE(closed.isNull());
   EXPECT_EQ(frmDistribution::Current(), nullptr);
   EXPECT_TRUE(w.isEnabled());
-}
-
-TEST_F(DistributionWindowTest, ExportPngAndCsv) {
-  frmMain& w = StartWindow();
-  QTest::keyClick(&w, Qt::Key_F9);
-  frmDistribution& d = Calculated("1d2", "1d2/(1d2-1)");
-  QString png = folder.filePath("chart.png"), csv = folder.filePath("chart.csv");
-  ASSERT_TRUE(d.ExportPng(png));
-  QImage image(png);
-  EXPECT_EQ(image.size(), d.chart->size() * d.chart->devicePixelRatio());
-  ASSERT_TRUE(d.ExportCsv(csv));
-  // Both die values' outcomes, a line each after the header (what a line
-  // holds is the calculator's).
-  std::string text = ReadFile("chart.csv");
-  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 6);
-  // A file where the folder should be: the user is told.
-  QString bad = csv + "/y.csv";
-  EXPECT_FALSE(d.ExportCsv(bad));
-  ASSERT_EQ(ui.messages.size(), 1u);
-  EXPECT_EQ(ui.messages[0].rfind("Gandrel could not write " + bad.toStdString() + ": ", 0), 0u);
 }
 
 }  // namespace
