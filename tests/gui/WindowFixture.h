@@ -42,6 +42,29 @@ class RecordingQtUI : public QtUserInterface {
   MsgAnswer answer = MsgAnswer::No;  // what a Yes/No/Cancel box answers
 };
 
+inline std::string Text(const QLabel* label) {
+  return label->text().toStdString();
+}
+inline std::string Text(const QPlainTextEdit* box) {
+  return box->toPlainText().toStdString();
+}
+
+// The top-level windows of that type that are up.
+template <typename Window>
+std::vector<Window*> Shown() {
+  std::vector<Window*> found;
+  for (QWidget* widget : QApplication::topLevelWidgets())
+    if (auto* window = qobject_cast<Window*>(widget); window && window->isVisible())
+      found.push_back(window);
+  return found;
+}
+
+// Lets deleteLater() and the output windows' gathered text take effect.
+inline void Settle() {
+  QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 class WindowTest : public ::testing::Test {
  protected:
   void SetUp() override {
