@@ -183,17 +183,17 @@ TEST_P(ScriptCaseTest, Runs) {
   EXPECT_EQ(outcome.log, Joined("expect log"));
   EXPECT_EQ(ui.Texts(), d["expect message"]);
   EXPECT_EQ(ui.shown, d["expect shown"]);
-  for (const auto& [name, text] : Named("expect window")) {
-    ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
-    EXPECT_EQ(ui.OutputNamed(name)->text, text) << "window " << name;
-  }
-  for (const auto& [name, caption] : Named("expect caption")) {
-    ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
-    EXPECT_EQ(ui.OutputNamed(name)->caption, caption);
-  }
-  for (const auto& [name, open] : Named("expect open")) {
-    ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
-    EXPECT_EQ(ui.OutputNamed(name)->open, open == "yes") << "window " << name;
+  for (std::string what : {"window", "caption", "open"}) {
+    for (const auto& [name, expected] : Named("expect " + what)) {
+      const RecordingUI::Output* window = ui.OutputNamed(name);
+      ASSERT_NE(window, nullptr) << "no window " << name;
+      std::string open = window->open ? "yes" : "no";
+      EXPECT_EQ(what == "window"    ? window->text
+                : what == "caption" ? window->caption
+                                    : open,
+                expected)
+          << what << " " << name;
+    }
   }
   for (const auto& [name, contents] : Named("expect file"))
     EXPECT_EQ(files.files[name], contents) << "file " << name;
