@@ -92,7 +92,7 @@ TEST_F(FunctionLines, CapsBoundEveryTermAndLimitsTheTotal) {
   EXPECT_EQ(Calc(line, details), 7);
 }
 
-TEST_F(FunctionLines, RollsGoOnWhileTheyShowTheHighest) {
+TEST_F(FunctionLines, WildDiceGoOnWhileTheyShowTheHighest) {
   DefineRange("-1 to 1", "dfate");
   DefineRange("-2000000000 to 2000000000", "dhuge");
   ExpectLines({
