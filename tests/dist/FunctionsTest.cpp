@@ -66,9 +66,6 @@ TEST_F(Functions, ExplodingDiceAsTheEngineRollsThem) {
 TEST_F(Functions, TruncatedMassOfAnExplodingDie) {
   EXPECT_NEAR(Exact("@wilddice(1d6)").truncated, std::pow(6.0, -16), 1e-25);
   EXPECT_NEAR(Exact("@wilddice(1d6)", 1e-6).truncated, std::pow(6.0, -8), 1e-19);
-  Distribution dist = Exact("@wilddice(1d6)", 1e-6);
-  EXPECT_NEAR(ShownOf(dist)["13"], std::pow(6.0, -3), 1e-15);
-  EXPECT_EQ(dist.summary.max, 47);  // seven sixes and a five
   // Five dice share the truncation between them.
   Distribution five = Exact("@wilddice(5d10)");
   EXPECT_LE(five.truncated, 1e-12);

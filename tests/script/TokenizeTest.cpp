@@ -15,11 +15,6 @@ namespace {
 using Lines = std::vector<std::string>;
 using C = ScriptCode;
 
-// A tokenized line: the code byte and the operand.
-std::string T(ScriptCode code, const std::string& operand = "") {
-  return std::string(1, static_cast<char>(code)) + operand;
-}
-
 using TokenizeTest = EngineTest;
 
 TEST_F(TokenizeTest, KeywordForms) {
@@ -101,8 +96,6 @@ TEST_F(TokenizeTest, KeywordForms) {
 
 TEST_F(TokenizeTest, CodesReadAsUnsignedBytes) {
   EXPECT_EQ(CodeOf(std::string(1, '\0')), C::Other);
-  EXPECT_EQ(CodeOf(std::string("\x25 w")), C::ClearWindow);  // "%"
-  EXPECT_EQ(CodeOf(std::string("\"hi")), C::Print);
   EXPECT_EQ(CodeOf(std::string("loop")), C::Other);  // no command code
   EXPECT_EQ(CodeOf(std::string("\xFE")), C::Other);
   EXPECT_EQ(CodeOf(std::string("\xFF")), C::Nothing);
