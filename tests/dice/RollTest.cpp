@@ -171,6 +171,7 @@ TEST_F(Roll, CalcRollsEveryTermAndReportsTheEvaluation) {
       {"2.5d6", {0, 0, 0, 0, 0}, "2.5", "5d6= +1+1+1+1+1= 5\r\nCalc: 2.5=2.5", 2.5},
       {"3 d6", {F(4, 6)}, "3 4", "d6= +4= 4\r\nCalc: 3 4=34", 34},
       {"d*3d", {.5, .1, .2, .3}, "1*3", "d= +1= 1\r\n3d= +1+1+1= 3\r\nCalc: 1*3=3", 3},
+      {"2dab", {}, "10b", "2da= +5+5= 10\r\nCalc: 10b=10", 10},  // the list type da ends the term
       {"1/0", {}, "<calc error>", "", 0},
       {"1+1dw", {}, "<calc error>", "", 0},
       {"2d6\"d\"", {F(3, 6), F(4, 6)}, "7\"d\"", "Calc: 7\"d\"=7", 7},
@@ -211,12 +212,6 @@ TEST_F(Roll, CalcNamesWhyItFailed) {
     EXPECT_EQ(std::pair(asked, askedDetails), std::pair(plain, plainDetails));
     EXPECT_EQ(failure.fault, c.fault);
   }
-}
-
-TEST_F(Roll, GenerateAllDiceLetsTheListTypeEndTheTerm) {
-  std::string expr = "2dab", details = "old";
-  GenerateAllDice(expr, details);
-  EXPECT_EQ(expr + "|" + details, "10b|old2da= +5+5= 10\r\n");
 }
 
 TEST_F(Roll, CalcOutsideQuotesCalculatesEachStretch) {
@@ -308,21 +303,6 @@ TEST_F(Roll, FailuresShowTheirMessageAndMarkTheTerm) {
       ASSERT_EQ(ui.Texts(), std::vector<std::string>{c.message}) << c.die.substr(0, 20);
     }
   }
-}
-
-// LongGenDice rolls the first term only and leaves the text as it is.
-TEST_F(Roll, TheScriptFunctionsGetTheDiceWhateverTheSetting) {
-  engineSettings.LongResults = false;
-  ScriptRandom({F(5, 6), F(2, 6), F(5, 6), F(2, 6)});
-  std::string die = "2d6", dice, details;
-  EXPECT_EQ(LongGetDieResults(die, dice, details), 7);
-  EXPECT_EQ(dice + details, "+5+2");
-  engineSettings.LongResults = true;
-  details = "old";
-  LongGenDice("1+2d6*3d4", dice, details);
-  EXPECT_EQ(dice, "+5+2");
-  LongGenDice("17", dice, details);
-  EXPECT_EQ(dice + "|" + details, "|old2d6= +5+2= 7\r\n");
 }
 
 TEST_F(Roll, ParseListKeepsEveryToken) {

@@ -1,7 +1,6 @@
 // Exact distributions of expressions against hand-checked ones and against
 // the engine itself rolled through every sequence of faces.
 #include <cmath>
-#include <functional>
 #include <vector>
 
 #include "calc/NumberText.h"
@@ -13,7 +12,7 @@ namespace {
 using Distributions = DistTest;
 
 // The probability of each total of n dice of the given faces, by counting.
-std::map<int, double> SumsOf(int n, int faces) {
+Shown SumsOf(int n, int faces) {
   std::map<int, double> sums{{0, 1.0}};
   for (int i = 0; i < n; ++i) {
     std::map<int, double> next;
@@ -22,14 +21,9 @@ std::map<int, double> SumsOf(int n, int faces) {
         next[total + f] += p / faces;
     sums.swap(next);
   }
-  return sums;
-}
-
-// The shown table of a function of the total of n dice.
-Shown ShownFromSums(int n, int faces, const std::function<std::string(int)>& text) {
   Shown shown;
-  for (auto [total, p] : SumsOf(n, faces))
-    shown[text(total)] += p;
+  for (auto [total, p] : sums)
+    shown[FormatNumber(total)] = p;
   return shown;
 }
 
@@ -40,7 +34,7 @@ Shown Counts(int first, std::vector<double> counts, double of) {
   return shown;
 }
 
-// Hand-checked tables, and what the evaluator's quirks make of them.
+// Hand-checked tables.
 TEST_F(Distributions, HandChecked) {
   const struct {
     const char* dieValue;
@@ -60,22 +54,6 @@ TEST_F(Distributions, HandChecked) {
       // The default die, and d0 that always shows 1.
       {"d+3d0", Counts(4, {1, 1, 1, 1, 1, 1}, 6)},
       {"", {{"0", 1}}},
-      // The evaluator's quirks show in the results.
-      {"1d2*-1", {{"-1", .5}, {"-2", .5}}},
-      {"2(1d2)", {{"21", .5}, {"22", .5}}},
-      {"1d2=1", {{"-1", .5}, {"0", .5}}},
-      {"1E4+1d2", {{"10000", 1}}},
-      {"1d3/3", {{".333333333333333", 1. / 3}, {".666666666666667", 1. / 3}, {"1", 1. / 3}}},
-      {"1d2*99999999999999999", {{"1E+17", .5}, {"2E+17", .5}}},
-      {"1d2/(1d2-1)", {{"<calc error>", .5}, {"1", .25}, {"2", .25}}},
-      // A range too wide to roll, and a list item too large to read: the
-      // failed roll reaches the evaluator as "<error>", which it refuses.
-      {"1dwide+1", {{"<calc error>", 1}}},
-      {"2dbad", {{"2", .25}, {"<calc error>", .75}}},
-      // Quoted text is neither expanded nor rolled; the pieces around it are
-      // calculated on their own first.
-      {"1d2\"d6\"", {{"1", .5}, {"2", .5}}},
-      {"\"x\"+1d2", {{"0", 1}}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.dieValue);
@@ -87,82 +65,49 @@ TEST_F(Distributions, HandChecked) {
   EXPECT_TRUE(ui.messages.empty()) << ui.messages.front().text;
 }
 
-// The count is the run of digits before "d": "2." stays in front of the
-// total of 5d6, and "d6d6" rolls the first total as the next count.
-TEST_F(Distributions, TheTermFinderReadsTheTextAsItStands) {
-  ExpectShown(ShownOf(ComputeDistribution("2.5d6")), ShownFromSums(5, 6, [](int t) {
-                return FormatNumber(2 + t / 100.0 * (t < 10 ? 10 : 1));
-              }));
-  Shown chained;
-  for (auto [first, p] : SumsOf(1, 6))
-    for (auto [total, q] : SumsOf(first, 6))
-      chained[FormatNumber(total)] += p * q;
-  ExpectShown(ShownOf(ComputeDistribution("d6d6")), chained);
-  // The blank joins the totals once the evaluator strips it.
-  ExpectShown(ShownOf(ComputeDistribution("d2 d2")),
-              {{"11", .25}, {"12", .25}, {"21", .25}, {"22", .25}});
-}
-
+// Every case but the d20 rolls dice of 2, 3 or 6 faces, which six cells of the
+// random number serve alike. The dice layer's tests pin what the engine makes
+// of each.
 TEST_F(Distributions, SameAsTheEngineOverEverySequenceOfFaces) {
-  const struct {
-    const char* dieValue;
-    double faces;
-  } cases[] = {
+  const std::string cases[] = {
       // Expressions: the evaluator's levels, signs, concatenation, chained dice.
-      {"2d3+1d3", 3},
-      {"3dfate-1", 3},
-      {"1d3 1d3", 3},
-      {"d3d3", 3},
-      {"(1d3+1)*1d3", 3},
-      {"1d3-2d3", 3},
-      {"2.1d3", 3},
-      {"1d3^-1d3", 3},
-      {"1d3>=2|1d3", 3},
-      {"1d3MOD2+1d3\\2", 3},
-      {"-1d3+-1d3", 3},
-      {"1d3--1dfate", 3},
-      {"2dhalf+1d3/4", 3},
-      // The @ functions.
-      {"@best(3,4d6)", 6},
-      {"@worst(1,2d20)", 20},
-      // The kept terms are a text that the rest of the line calculates.
-      {"=2*@best(2,3d6)", 6},
-      {"=@best(5,3d3)*2", 3},
-      {"=5-@best(2,3d3)", 3},
-      {"@worst(2,3d3-2)", 3},
-      {"@best(2, 2d3 + 10 - 1d3)", 3},
-      {"@best(3,2d3+1dfate)", 3},
-      {"@cap(2,3,4d3-1)", 3},
-      {"=2*@cap(1,2,2d3)", 3},
-      {"@lcap(2,2d3+1dfate)", 3},
-      {"@ucap(2,3d3)", 3},
-      {"@limit(3,5,2d3)", 3},
-      {"=@ulimit(4,2d3-1d3)*2", 3},
-      {"@llimit(5,1d3+1d3)", 3},
-      {"=@best(1,1d3)d3", 3},
-      {"=\"hi\"+@best(1,2d3)", 3},
+      "2d3+1d3", "3dfate-1", "1d3 1d3", "d3d3", "(1d3+1)*1d3", "1d3-2d3", "2.1d3", "1d3^-1d3",
+      "1d3>=2|1d3", "1d3MOD2+1d3\\2", "-1d3+-1d3", "1d3--1dfate", "2dhalf+1d3/4",
+      // The evaluator's quirks: operators, the shortcut, 15 digits, failures.
+      "1d2*-1", "2(1d2)", "1d2=1", "1E4+1d2", "1d3/3", "1d2*99999999999999999", "1d2/(1d2-1)",
+      // A range too wide to roll, and a list item too large to read: the
+      // failed roll reaches the evaluator as "<error>", which it refuses.
+      "1dwide+1", "2dbad",
+      // Quoted text is neither expanded nor rolled; the pieces around it are
+      // calculated on their own first.
+      "1d2\"d6\"", "\"x\"+1d2",
+      // The @ functions; the kept terms are a text that the rest of the line
+      // calculates.
+      "@best(3,4d6)", "@worst(1,2d20)", "=2*@best(2,3d6)", "=@best(5,3d3)*2", "=5-@best(2,3d3)",
+      "@worst(2,3d3-2)", "@best(2, 2d3 + 10 - 1d3)", "@best(3,2d3+1dfate)", "@cap(2,3,4d3-1)",
+      "=2*@cap(1,2,2d3)", "@lcap(2,2d3+1dfate)", "@ucap(2,3d3)", "@limit(3,5,2d3)",
+      "=@ulimit(4,2d3-1d3)*2", "@llimit(5,1d3+1d3)", "=@best(1,1d3)d3", "=\"hi\"+@best(1,2d3)",
       // Calc works out the pieces around the quotes; the result shows its text.
-      {"=1d3 \"and\" @best(1,2d3) \"!\"", 3},
-      {"=@best(1,1d3)+@worst(1,2d3)", 3},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.dieValue);
-    Distribution dist = ComputeDistribution(c.dieValue);
+      "=1d3 \"and\" @best(1,2d3) \"!\"", "=@best(1,1d3)+@worst(1,2d3)"};
+  for (const std::string& dieValue : cases) {
+    SCOPED_TRACE(dieValue);
+    Distribution dist = ComputeDistribution(dieValue);
     ASSERT_EQ(dist.method, DistMethod::Exact) << dist.reason;
-    ExpectShown(ShownOf(dist), RolledThrough(c.dieValue, c.faces));
+    EXPECT_TRUE(ui.messages.empty()) << "computing shows no message";
+    const double faces = dieValue.find("d20") == std::string::npos ? 6 : 60;
+    ExpectShown(ShownOf(dist), RolledThrough(dieValue, faces));
+    ui.messages.clear();
   }
 }
 
+// The summary's plain figures, the cumulative columns and a marker's place
+// after the numbers are pinned through gandrel-cli's tables.
 TEST_F(Distributions, SummaryAndCumulativeProbabilities) {
   Distribution dist = ComputeDistribution("3d6");
-  EXPECT_NEAR(dist.summary.mean, 10.5, 1e-12);
   EXPECT_NEAR(dist.summary.sd, std::sqrt(35.0 / 4), 1e-12);
-  EXPECT_EQ(dist.summary.min, 3);
-  EXPECT_EQ(dist.summary.max, 18);
-  EXPECT_EQ(dist.summary.median, 10);
   // The smallest value that half of the mass reaches, however the sum rounds.
   const std::pair<const char*, double> medians[] = {
-      {"1d20+2", 12}, {"1d2", 1}, {"1d4", 2}, {"1d10/10", .5}, {"2d2", 3}};
+      {"3d6", 10}, {"1d20+2", 12}, {"1d2", 1}, {"1d4", 2}, {"1d10/10", .5}};
   for (const auto& [dieValue, median] : medians)
     EXPECT_EQ(ComputeDistribution(dieValue).summary.median, median) << dieValue;
   EXPECT_NEAR(ProbabilityAtLeast(dist, 15), 20.0 / 216, 1e-12);
@@ -170,16 +115,9 @@ TEST_F(Distributions, SummaryAndCumulativeProbabilities) {
   EXPECT_NEAR(ProbabilityAtMost(dist, 4), 4.0 / 216, 1e-12);
   EXPECT_EQ(ProbabilityAtLeast(dist, 19), 0);
   EXPECT_EQ(ProbabilityAtMost(dist, 2), 0);
-  ASSERT_EQ(dist.atLeast.size(), 16u);
-  EXPECT_NEAR(dist.atLeast.front(), 1, 1e-12);
-  EXPECT_NEAR(dist.atMost.back(), 1, 1e-12);
 
-  // Markers come after the numbers and count as failures, not in the mean.
+  // Markers count as failures, not in the mean.
   Distribution bad = ComputeDistribution("2dbad");
-  ASSERT_EQ(bad.outcomes.size(), 2u);
-  EXPECT_EQ(bad.outcomes[0].text, "2");
-  EXPECT_TRUE(bad.outcomes[0].numeric);
-  EXPECT_EQ(bad.outcomes[1].text, "<calc error>");
   EXPECT_NEAR(bad.summary.failure, .75, 1e-12);
   EXPECT_NEAR(bad.summary.numeric, .25, 1e-12);
   EXPECT_EQ(bad.summary.mean, 2);
@@ -211,7 +149,7 @@ TEST_F(Distributions, ManyDice) {
   EXPECT_NEAR(dist.summary.sd, std::sqrt(1000 * 35.0 / 12), 1e-6);
   EXPECT_NEAR(dist.atMost.back(), 1, 1e-9);
   Distribution counted = ComputeDistribution("12d6");
-  ExpectShown(ShownOf(counted), ShownFromSums(12, 6, [](int t) { return FormatNumber(t); }), 1e-15);
+  ExpectShown(ShownOf(counted), SumsOf(12, 6), 1e-15);
 }
 
 TEST_F(Distributions, WhatIsNotExactSaysWhy) {

@@ -66,9 +66,6 @@ TEST_F(Functions, ExplodingDiceAsTheEngineRollsThem) {
 TEST_F(Functions, TruncatedMassOfAnExplodingDie) {
   EXPECT_NEAR(Exact("@wilddice(1d6)").truncated, std::pow(6.0, -16), 1e-25);
   EXPECT_NEAR(Exact("@wilddice(1d6)", 1e-6).truncated, std::pow(6.0, -8), 1e-19);
-  Distribution dist = Exact("@wilddice(1d6)", 1e-6);
-  EXPECT_NEAR(ShownOf(dist)["13"], std::pow(6.0, -3), 1e-15);
-  EXPECT_EQ(dist.summary.max, 47);  // seven sixes and a five
   // Five dice share the truncation between them.
   Distribution five = Exact("@wilddice(5d10)");
   EXPECT_LE(five.truncated, 1e-12);
@@ -76,25 +73,16 @@ TEST_F(Functions, TruncatedMassOfAnExplodingDie) {
   EXPECT_NEAR(five.summary.mean, 5 * 5.5 / 0.9, 1e-9);
 }
 
+// Calls that come to one text, a number or the failure marker; the engine's
+// own reports for them are pinned by the ProcFunc tests.
 TEST_F(Functions, FixedResultsAndFailures) {
-  const struct {
-    const char* dieValue;
-    Shown shown;
-  } cases[] = {
-      {"@cap(1,5,7)", {{"5", 1}}},
-      {"@best(0,3d6)", {{"0", 1}}},
-      {"@bestlist(2,rolls)", {{"0", 1}}},
-      {"=1/0", {{"0", 1}}},
-      {"@foo(1)", {{"<script error>", 1}}},
-      {"@best 3, 4d6", {{"<script error>", 1}}},
-      {"@best(3 4d6)", {{"<script error>", 1}}},
-      {"@limit(1,3d6)", {{"<script error>", 1}}},
-      {"@wild(5)", {{"<script error>", 1}}},
-      {"@best(1,(2d6)", {{"<script error>", 1}}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.dieValue);
-    ExpectShown(ShownOf(Exact(c.dieValue)), c.shown);
+  for (const char* dieValue :
+       {"@cap(1,5,7)", "@best(0,3d6)", "@bestlist(2,rolls)", "=1/0", "@foo(1)", "@best 3, 4d6",
+        "@best(3 4d6)", "@limit(1,3d6)", "@wild(5)", "@best(1,(2d6)"}) {
+    SCOPED_TRACE(dieValue);
+    Shown shown = ShownOf(Exact(dieValue));
+    EXPECT_EQ(shown.size(), 1u);
+    ExpectShown(shown, RolledThrough(dieValue, 6));
   }
 }
 

@@ -37,7 +37,6 @@
 #include <filesystem>
 #include <map>
 #include <optional>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -61,16 +60,15 @@ namespace fs = std::filesystem;
 // Key -> its values in the order given.
 using Directives = std::map<std::string, std::vector<std::string>>;
 
-// The keys a case may give; those of the second set name a window or a file
-// after their words.
-const std::set<std::string> kKeys = {
-    "expect result",  "expect log",           "expect error", "expect stop line", "expect message",
-    "expect shown",   "expect die",           "dice",         "answer get",       "answer pick",
-    "answer pause",   "setting long results", "setting log",  "setting die",      "setting margin",
-    "escape at pump", "insist at pump"};
-const std::set<std::string> kNamedKeys = {"expect window", "expect caption", "expect open",
-                                          "expect file", "file"};
-const char* const kWords[] = {"expect", "answer", "setting", "dice", "file", "escape", "insist"};
+// The keys a case may give; those that end in a blank name a window or a
+// file after it.
+const std::string kKeys[] = {
+    "expect result",  "expect log",     "expect error",    "expect stop line",
+    "expect message", "expect shown",   "expect die",      "dice",
+    "answer get",     "answer pick",    "answer pause",    "setting long results",
+    "setting log",    "setting die",    "setting margin",  "escape at pump",
+    "insist at pump", "expect window ", "expect caption ", "expect open ",
+    "expect file ",   "file "};
 
 std::string Unescape(const std::string& text) {
   static const std::map<char, char> escapes = {{'r', '\r'}, {'n', '\n'}, {'t', '\t'},
@@ -86,7 +84,7 @@ std::string Unescape(const std::string& text) {
 }
 
 // A comment line "; key: value" (or "; key:" for an empty value) whose key
-// begins with one of these words is a directive; any other comment is the
+// begins with the first word of one of these keys is a directive; any other comment is the
 // script's own.
 Directives ReadDirectives(const std::string& script, const std::string& caseName) {
   Directives directives;
@@ -97,11 +95,13 @@ Directives ReadDirectives(const std::string& script, const std::string& caseName
     if (colon == std::string::npos && line.ends_with(':')) colon = line.size() - 1;
     if (!line.starts_with("; ") || colon == std::string::npos) continue;
     std::string key = line.substr(2, colon - 2);
-    auto begins = [&](const std::string& words) { return key.starts_with(words); };
-    if (std::none_of(std::begin(kWords), std::end(kWords), begins)) continue;
-    auto names = [&](const std::string& words) { return key.starts_with(words + " "); };
-    if (!kKeys.count(key) && std::none_of(kNamedKeys.begin(), kNamedKeys.end(), names))
-      ADD_FAILURE() << caseName << ": unknown directive \"" << key << "\"";
+    bool directive = false, known = false;
+    for (const std::string& k : kKeys) {
+      directive |= key.starts_with(k.substr(0, k.find(' ')));
+      known |= k.ends_with(' ') ? key.starts_with(k) : key == k;
+    }
+    if (!directive) continue;
+    if (!known) ADD_FAILURE() << caseName << ": unknown directive \"" << key << "\"";
     directives[key].push_back(Unescape(line.substr(std::min(colon + 2, line.size()))));
   }
   return directives;
@@ -183,17 +183,17 @@ TEST_P(ScriptCaseTest, Runs) {
   EXPECT_EQ(outcome.log, Joined("expect log"));
   EXPECT_EQ(ui.Texts(), d["expect message"]);
   EXPECT_EQ(ui.shown, d["expect shown"]);
-  for (const auto& [name, text] : Named("expect window")) {
-    ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
-    EXPECT_EQ(ui.OutputNamed(name)->text, text) << "window " << name;
-  }
-  for (const auto& [name, caption] : Named("expect caption")) {
-    ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
-    EXPECT_EQ(ui.OutputNamed(name)->caption, caption);
-  }
-  for (const auto& [name, open] : Named("expect open")) {
-    ASSERT_NE(ui.OutputNamed(name), nullptr) << "no window " << name;
-    EXPECT_EQ(ui.OutputNamed(name)->open, open == "yes") << "window " << name;
+  for (std::string what : {"window", "caption", "open"}) {
+    for (const auto& [name, expected] : Named("expect " + what)) {
+      const RecordingUI::Output* window = ui.OutputNamed(name);
+      ASSERT_NE(window, nullptr) << "no window " << name;
+      std::string open = window->open ? "yes" : "no";
+      EXPECT_EQ(what == "window"    ? window->text
+                : what == "caption" ? window->caption
+                                    : open,
+                expected)
+          << what << " " << name;
+    }
   }
   for (const auto& [name, contents] : Named("expect file"))
     EXPECT_EQ(files.files[name], contents) << "file " << name;

@@ -1,10 +1,11 @@
 // What the script tests share: script text split into lines as the editor
-// splits it, tokenized and run.
+// splits it, tokenized and run, and tokenized lines written by hand.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "script/ScriptKeywords.h"
 #include "script/modScript.h"
 
 namespace gandrel::testing {
@@ -29,6 +30,11 @@ inline ScriptOutcome RunScriptText(const std::string& text) {
   outcome.stopLine = TokenizeScript(lines, outcome.error);
   if (outcome.error.empty()) outcome.stopLine = RunScript(lines, outcome.result, outcome.log);
   return outcome;
+}
+
+// A tokenized line: the code byte and the operand.
+inline std::string T(ScriptCode code, const std::string& operand = "") {
+  return std::string(1, static_cast<char>(code)) + operand;
 }
 
 }  // namespace gandrel::testing
