@@ -11,8 +11,8 @@
 
 namespace {
 
-using gandrel::ProcFunc;
 using gandrel::engineSettings;
+using gandrel::ProcFunc;
 using gandrel::VarStore;
 
 void RunCall(benchmark::State& state, const char* call, bool longResults) {
