@@ -1,6 +1,8 @@
 #include "app/QtScriptDialog.h"
 
 #include <QApplication>
+#include <QKeyEvent>
+#include <QPushButton>
 #include <QScreen>
 #include <QShowEvent>
 
@@ -10,6 +12,15 @@ ScriptDialogPlaces scriptDialogPlaces;
 
 QtScriptDialog::QtScriptDialog(QWidget* parent, DialogPlace& place, bool keepsSize)
     : QDialog(parent), place_(place), keepsSize_(keepsSize) {}
+
+void QtScriptDialog::keyPressEvent(QKeyEvent* event) {
+  if (escapeButton_ != nullptr && event->key() == Qt::Key_Escape &&
+      event->modifiers() == Qt::NoModifier) {
+    escapeButton_->click();
+    return;
+  }
+  QDialog::keyPressEvent(event);
+}
 
 QtScriptDialog::~QtScriptDialog() {
   RestorePointer();

@@ -10,6 +10,8 @@
 
 #include <QDialog>
 
+class QPushButton;
+
 namespace gandrel {
 
 // Where a script dialog stood when it last closed, in pixels; all zero until
@@ -42,6 +44,10 @@ class QtScriptDialog : public QDialog {
   ~QtScriptDialog() override;
 
   void showEvent(QShowEvent* event) override;
+  // Escape clicks this button instead of closing the dialog as the close box
+  // would (the pick list and the pause tell the two apart).
+  void SetEscapeButton(QPushButton* button) { escapeButton_ = button; }
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void MoveToPlace();
@@ -50,6 +56,7 @@ class QtScriptDialog : public QDialog {
   DialogPlace& place_;
   bool keepsSize_;
   bool arrowShown_ = false;
+  QPushButton* escapeButton_ = nullptr;
 };
 
 }  // namespace gandrel

@@ -2,10 +2,10 @@
 
 #include <QApplication>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include "calc/RunFlags.h"
@@ -41,6 +41,8 @@ frmPause::frmPause(QWidget* parent) : QtScriptDialog(parent, scriptDialogPlaces.
 
   connect(Command1, &QPushButton::clicked, this, &QDialog::accept);
   connect(btnCancel, &QPushButton::clicked, this, &frmPause::CancelClicked);
+  // Escape is Cancel here; only the close box goes on without a break.
+  SetEscapeButton(btnCancel);
 }
 
 frmPause::~frmPause() {
@@ -68,15 +70,6 @@ void frmPause::done(int result) {
 void frmPause::CancelClicked() {
   runFlags.BreakRequested = true;
   reject();
-}
-
-// Escape is Cancel here; only the close box goes on without a break.
-void frmPause::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
-    btnCancel->click();
-    return;
-  }
-  QtScriptDialog::keyPressEvent(event);
 }
 
 void frmPause::EndPause() {

@@ -32,7 +32,6 @@ class frmPause : public QtScriptDialog {
 
  protected:
   void showEvent(QShowEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void CancelClicked();

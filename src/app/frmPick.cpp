@@ -1,7 +1,6 @@
 #include "app/frmPick.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -43,6 +42,8 @@ frmPick::frmPick(QWidget* parent) : QtScriptDialog(parent, scriptDialogPlaces.Pi
 
   connect(cmdOkay, &QPushButton::clicked, this, &frmPick::OkayClicked);
   connect(cmdCancel, &QPushButton::clicked, this, &frmPick::CancelClicked);
+  // Escape is Cancel here; only the close box leaves PickIndex alone.
+  SetEscapeButton(cmdCancel);
   connect(lstItems, &QListWidget::itemDoubleClicked, this, &frmPick::OkayClicked);
 }
 
@@ -72,15 +73,6 @@ void frmPick::OkayClicked() {
 void frmPick::CancelClicked() {
   runFlags.PickIndex = 0;
   reject();
-}
-
-// Escape is Cancel here; only the close box leaves PickIndex alone.
-void frmPick::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
-    cmdCancel->click();
-    return;
-  }
-  QtScriptDialog::keyPressEvent(event);
 }
 
 }  // namespace gandrel

@@ -35,9 +35,6 @@ class frmPick : public QtScriptDialog {
   QListWidget* lstItems;
   QLabel* lblPrompt;
 
- protected:
-  void keyPressEvent(QKeyEvent* event) override;
-
  private:
   void OkayClicked();
   void CancelClicked();
