@@ -97,18 +97,18 @@ static bool IsNumberText(std::string_view text) {
   return i == n;
 }
 
-// The specification of an entry, as ParseDefine cuts it: the text after the
+// The faces of an entry, as ParseDefine cuts it: the text after the
 // first "=", trimmed.
-static std::string SpecOf(const std::string& entry) {
+static std::string FacesOf(const std::string& entry) {
   return Trim(Mid(entry, InStr(entry, "=") + 1));
 }
 
 // Why the bounds of a range or the items of a list would not roll as
 // numbers, or "".
-static std::string CheckSpec(const std::string& spec, TrialType::Kind kind) {
+static std::string CheckFacesText(const std::string& faces, TrialType::Kind kind) {
   if (kind == TrialType::kRange) {
-    long t = InStr(LCase(spec), "to");
-    for (const std::string& bound : {Trim(Left(spec, t - 1)), Trim(Mid(spec, t + 2))})
+    long t = InStr(LCase(faces), "to");
+    for (const std::string& bound : {Trim(Left(faces, t - 1)), Trim(Mid(faces, t + 2))})
       if (!IsNumberText(bound))
         return bound.empty() ? "A range needs a number on each side of \"to\", such as -1 to 1."
                              : "The bounds of a range must be numbers: \"" + bound + "\" is not.";
@@ -116,8 +116,8 @@ static std::string CheckSpec(const std::string& spec, TrialType::Kind kind) {
   }
   size_t from = 0;
   for (;;) {
-    size_t comma = spec.find(',', from);
-    std::string item = Trim(spec.substr(from, comma == std::string::npos ? comma : comma - from));
+    size_t comma = faces.find(',', from);
+    std::string item = Trim(faces.substr(from, comma == std::string::npos ? comma : comma - from));
     if (item.empty())
       return "A list cannot have an empty item: every item between the commas is a face.";
     if (!IsNumberText(item))
@@ -186,7 +186,7 @@ static EntryVerdict Judge(const std::string& entry, const std::vector<std::strin
     return verdict;
   }
   verdict.refusal = CheckName(trial.name);
-  if (verdict.refusal.empty()) verdict.refusal = CheckSpec(SpecOf(text), trial.kind);
+  if (verdict.refusal.empty()) verdict.refusal = CheckFacesText(FacesOf(text), trial.kind);
   if (!verdict.refusal.empty()) return verdict;
   verdict.stored = trial.stored;
 

@@ -26,7 +26,7 @@ struct EntryVerdict {
 
 // ---- Die types -------------------------------------------------------------
 
-// Every die type as an entry "name = spec": the range types first
+// Every die type as an entry "name = faces": the range types first
 // ("dfate = -1 to 1"), then the list types ("dfib = 1,1,2,3,5"), each in
 // table order.
 std::vector<std::string> ListDieTypeEntries();

@@ -47,10 +47,10 @@ static Record& FindOrAppend(std::vector<Record>& table, const std::string& name)
   return table.back();
 }
 
-void DefineRange(const std::string& spec, const std::string& name, DieTypeTables& tables) {
-  long t = InStr(LCase(spec), "to");
-  int32_t lo = CLng(ReadNumber(Trim(Left(spec, t - 1))));
-  int32_t hi = CLng(ReadNumber(Trim(Mid(spec, t + 2))));
+void DefineRange(const std::string& faces, const std::string& name, DieTypeTables& tables) {
+  long t = InStr(LCase(faces), "to");
+  int32_t lo = CLng(ReadNumber(Trim(Left(faces, t - 1))));
+  int32_t hi = CLng(ReadNumber(Trim(Mid(faces, t + 2))));
   if (lo > hi) std::swap(lo, hi);
   RangeType& record = FindOrAppend(tables.Define, name);
   record.Name = name;
@@ -59,10 +59,10 @@ void DefineRange(const std::string& spec, const std::string& name, DieTypeTables
   SortByNameLength(tables.Define);
 }
 
-void DefineSequence(const std::string& spec, const std::string& name, DieTypeTables& tables) {
+void DefineSequence(const std::string& faces, const std::string& name, DieTypeTables& tables) {
   ListType& record = FindOrAppend(tables.DefSeq, name);
   record.Name = name;
-  record.Dice = spec;
+  record.Dice = faces;
   SortByNameLength(tables.DefSeq);
 }
 
@@ -72,11 +72,11 @@ void ParseDefine(std::string& statement, DieTypeTables& tables) {
   if (eq == 0) return;
   std::string name = Trim(Left(rest, eq - 1));
   if (LCase(Left(name, 1)) != "d") name = "d" + name;
-  std::string spec = Trim(Mid(rest, eq + 1));
-  if (InStr(LCase(spec), "to") > 0) {
-    DefineRange(spec, name, tables);
-  } else if (InStr(spec, ",") > 0) {
-    DefineSequence(spec, name, tables);
+  std::string faces = Trim(Mid(rest, eq + 1));
+  if (InStr(LCase(faces), "to") > 0) {
+    DefineRange(faces, name, tables);
+  } else if (InStr(faces, ",") > 0) {
+    DefineSequence(faces, name, tables);
   }
 }
 

@@ -61,14 +61,15 @@ extern DieTypeTables dieTypes;
 // Empties both tables.
 void ClearDieTypes(DieTypeTables& tables = dieTypes);
 
-// "define name = spec": the first six characters are skipped unseen. A spec
-// with "to" is a range, else one with "," a list, else nothing happens.
+// "define name = faces": the first six characters are skipped unseen. Faces
+// holding "to" make a range, else faces holding "," a list; otherwise
+// nothing happens.
 // Given other tables, a statement can be tried without touching the
 // process's die types.
 void ParseDefine(std::string& statement, DieTypeTables& tables = dieTypes);
-void DefineRange(const std::string& spec, const std::string& name,
+void DefineRange(const std::string& faces, const std::string& name,
                  DieTypeTables& tables = dieTypes);
-void DefineSequence(const std::string& spec, const std::string& name,
+void DefineSequence(const std::string& faces, const std::string& name,
                     DieTypeTables& tables = dieTypes);
 
 // Told about a statement of ParseDefines that raised (Overflow); the statement

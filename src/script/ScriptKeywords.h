@@ -32,7 +32,7 @@ enum class ScriptCode : uint8_t {
   Var = 7,           // variable name
   Die = 8,           // the new default die
   Goto = 9,          // label name; after tokenizing, the label's line number
-  Define = 10,       // die type definition "name = spec"
+  Define = 10,       // die type definition "name = faces"
   Display = 11,      // none
   BreakOn = 12,      // none
   BreakOff = 13,     // none
@@ -96,7 +96,7 @@ inline constexpr CommandInfo kCommands[] = {
     {ScriptCode::Var, "VAR", "variable"},
     {ScriptCode::Die, "DIE", "= die"},
     {ScriptCode::Goto, "GOTO", "label"},
-    {ScriptCode::Define, "DEFINE", "name = spec"},
+    {ScriptCode::Define, "DEFINE", "name = faces"},
     {ScriptCode::Display, "DISPLAY", ""},
     {ScriptCode::BreakOn, "BREAKON", ""},
     {ScriptCode::BreakOff, "BREAKOFF", ""},

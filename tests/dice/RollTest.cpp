@@ -84,9 +84,9 @@ TEST_F(Roll, DefineStatements) {
 // a range, a list, nothing, or a bound too large.
 std::string RandomStatement(std::mt19937& rng) {
   static const char* const heads[] = {"define ", "Define ", "DEFINE:", "defined"};
-  static const char* const specs[] = {"1 to 6", "6 TO 1",    "-1 to 1", "2.5 to 3.5",
-                                      "1,2",    "1,1,2,3,5", ",",       "1,2 to 3",
-                                      "7",      "",          "x,y",     "1 to 3e9"};
+  static const char* const facesTexts[] = {"1 to 6", "6 TO 1",    "-1 to 1", "2.5 to 3.5",
+                                           "1,2",    "1,1,2,3,5", ",",       "1,2 to 3",
+                                           "7",      "",          "x,y",     "1 to 3e9"};
   static const char letters[] = "aAbBdD \t";
   auto pick = [&rng](size_t n) { return std::uniform_int_distribution<size_t>(0, n - 1)(rng); };
   std::string name;
@@ -94,7 +94,7 @@ std::string RandomStatement(std::mt19937& rng) {
     name += letters[pick(sizeof letters - 1)];
   std::string statement = heads[pick(4)] + name;
   if (pick(10) > 0) statement += pick(2) ? " = " : "=";
-  return statement + specs[pick(std::size(specs))];
+  return statement + facesTexts[pick(std::size(facesTexts))];
 }
 
 // ParseDefines is ParseDefine on each statement in turn, only faster: the
