@@ -116,6 +116,8 @@ TEST_F(TerminalWindowsTest, OutputWindowsEchoAsPrintedAndKeepTheirLastText) {
   w.FinishLine();
   EXPECT_EQ(terminal.Out(), "Round 14\n: 14\n\nend\n17\nkept\n");
   EXPECT_EQ(w.WindowsOfRoll(), (TerminalWindows::WindowTexts{{"log", "kept"}, {"dice", ""}}));
+  w.OpenOutputWindow("log", "")->Print("two");  // a name opened again: the later window's
+  EXPECT_EQ(w.WindowsOfRoll(), (TerminalWindows::WindowTexts{{"log", "two"}, {"dice", ""}}));
 
   w.StartRoll();
   EXPECT_TRUE(w.WindowsOfRoll().empty());

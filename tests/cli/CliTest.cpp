@@ -153,23 +153,6 @@ TEST_F(CliRunTest, ScriptPromptsReadTheInputAndWindowsGoToTheOutput) {
   }
 }
 
-// A script file is read as the window reads it (here with a byte-order mark
-// and bare LFs); the windows report the text they held last, a name opened
-// again after CLOSE WINDOW the later window's.
-TEST_F(CliRunTest, ScriptFilesAndTheirWindows) {
-  std::string script =
-      config.Write("windows.die",
-                   "\xEF\xBB\xBFopen window a\nprint a, \"one\"\nclose window a\n"
-                   "open window a\nprint a, \"two\"\nclear window b\nopen window b\n"
-                   "printnl b, \"three\"\nresult = 4\n");
-  EXPECT_EQ(Run({"--json", script}).out,
-            "{\"dieValue\":" + JsonString(script) +
-                R"(,"result":"4","details":"","clipboard":" rolls 4 on )" + script +
-                R"(","windows":{"a":"two","b":"three\r\n"}})"
-                "\n");
-  EXPECT_EQ(Run({script}).out, "onetwothree\n4\n");
-}
-
 // A script file that cannot be read is reported and gives an empty result;
 // the rolls after it go on.
 TEST_F(CliRunTest, AScriptFileThatCannotBeRead) {
@@ -252,7 +235,6 @@ TEST(CliProgram, ExitStatus) {
       "gandrel-cli: cannot write to standard output: No space left on device\n";
   // The command, the exit status and the output.
   const std::tuple<std::string, int, std::string> cases[] = {
-      {program + " --version", 0, std::string("gandrel-cli ") + GANDREL_VERSION + "\n"},
       {program + " --bogus 2>&1", 2,
        "gandrel-cli: unknown option '--bogus' (write -- before a die value that begins with "
        "'-'); see gandrel-cli --help\n"},
