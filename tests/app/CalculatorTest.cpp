@@ -157,9 +157,7 @@ TEST_F(CalculatorTest, CancelAndBreakStopAnEstimate) {
   options.rolls = 1000000;
   int asked = 0;
   options.progress = [&](CalculatorStep step, double done) {
-    EXPECT_EQ(step, CalculatorStep::Rolling);
-    EXPECT_GT(done, 0);
-    EXPECT_LT(done, 1);
+    EXPECT_TRUE(step == CalculatorStep::Rolling && done > 0 && done < 1) << done;
     return ++asked < 2;
   };
   view.script = "var i\r\nfor i = 1 to 200\r\nnext\r\nresult = 1d6";
@@ -174,11 +172,11 @@ TEST_F(CalculatorTest, CancelAndBreakStopAnEstimate) {
   // not counted.
   options.progress = nullptr;
   options.rolls = 5000;
+  ui.pumps = 0;
+  SetPumpEveryCall(true);
   ui.onPump = [](long pump) {
     if (pump == 5) runFlags.BreakRequested = true;
   };
-  ui.pumps = 0;
-  SetPumpEveryCall(true);
   Distribution broken = EstimateDistribution("<current script>", options);
   EXPECT_EQ(std::make_pair(broken.method, broken.why),
             std::make_pair(DistMethod::NotExact, NotExactReason::Cancelled));
@@ -188,8 +186,7 @@ TEST_F(CalculatorTest, CancelAndBreakStopAnEstimate) {
   };
   ui.pumps = 0;
   Distribution later = EstimateDistribution("<current script>", options);
-  EXPECT_EQ(later.method, DistMethod::MonteCarlo);
-  EXPECT_LT(later.samples, 5000);
+  EXPECT_TRUE(later.method == DistMethod::MonteCarlo && later.samples < 5000) << later.samples;
   EXPECT_EQ(ShownOf(later).count("<break>"), 0u);
 }
 

@@ -75,11 +75,9 @@ TEST_F(SettingsTest, OddValuesAndAMinimisedWindow) {
   // Non-numbers read as 0; numbers too large for the window keep the default.
   EXPECT_EQ(std::vector<int>({w.Left, w.Top, w.Width, w.Height, w.State}),
             std::vector<int>({0, 13, WindowPlacement{}.Width, WindowPlacement{}.Height, 0}));
-  EXPECT_TRUE(settings.OnTop);
-  EXPECT_EQ(settings.Fonts[0].Size, 0.0f);
-  EXPECT_GT(settings.Fonts[1].Size, 1e38f);
-  EXPECT_EQ(settings.KeepNum, 0);
-  EXPECT_EQ(engineSettings.MarginIncrement, 32767);
+  EXPECT_EQ(std::make_tuple(settings.OnTop, settings.Fonts[0].Size, settings.Fonts[1].Size > 1e38f,
+                            settings.KeepNum, engineSettings.MarginIncrement),
+            std::make_tuple(true, 0.0f, true, 0, 32767));
   EXPECT_TRUE(ui.messages.empty());
   // A minimised window keeps the place it had, neither written nor read.
   dir.Write("gandrel.ini", "[location]\nleft=11\n");
