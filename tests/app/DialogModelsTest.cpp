@@ -29,15 +29,14 @@ TEST_F(DialogModelsTest, AcceptedDieTypeEntries) {
   };
   for (const auto& c : cases) {
     EntryVerdict verdict = CheckDieTypeEntry(c.entry, others);
-    EXPECT_EQ(verdict.refusal, "") << c.entry;
-    EXPECT_EQ(verdict.stored, c.stored) << c.entry;
-    EXPECT_EQ(verdict.replaces, c.replaces) << c.entry;
-    std::string name = std::string(c.stored).substr(0, std::string(c.stored).find(" ="));
-    std::string question = "There is already a die type named " + name + ": \"" +
-                           (c.replaces >= 0 ? others[c.replaces] : "") + "\". Replace it with \"" +
-                           c.stored + "\"?";
-    EXPECT_EQ(verdict.question, c.replaces >= 0 ? question : "") << c.entry;
+    EXPECT_EQ(std::make_tuple(verdict.refusal, verdict.stored, verdict.replaces,
+                              verdict.question.empty()),
+              std::make_tuple("", c.stored, c.replaces, c.replaces < 0))
+        << c.entry;
   }
+  EXPECT_EQ(CheckDieTypeEntry("x = 1 to 3", others).question,
+            "There is already a die type named dx: \"dx = 1,2,3\". Replace it with \"dx = 1 to "
+            "3\"?");
 }
 
 // Refused entries, each for its own reason (a word of the message).
