@@ -193,7 +193,6 @@ TEST_F(ScriptFileTest, PickingAndTheEditorsEvents) {
   EXPECT_EQ(view.dieValue, "3d6");  // a script with a file runs as its file
   PickDieValue("2d6");
   EXPECT_EQ(view.script, "");
-  EXPECT_EQ(view.caption, "Script");
   ScriptEditorFocused();
   EXPECT_EQ(view.dieValue, "<current script>");
   view.dieValue = "2d6";
