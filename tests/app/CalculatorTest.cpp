@@ -25,8 +25,8 @@ class CalculatorTest : public ShellTest {
  protected:
   void SetUp() override {
     ShellTest::SetUp();
-    for (std::string s : {"define dfate = -1 to 1", "define dfib = 1,1,2"})
-      ParseDefine(s);
+    std::string fate = "define dfate = -1 to 1";
+    ParseDefine(fate);
   }
 };
 
@@ -43,11 +43,9 @@ Shown RepeatedThrough(const std::string& dieValue, double* cut) {
 // The function-by-function cases are the distribution tests'; here what the
 // request adds: trimming, "@" as a one-line script, quotes, the markers.
 TEST_F(CalculatorTest, ExactOutcomesAreWhatTheRollRequestShows) {
-  for (const char* dieValue :
-       {"2d3+1d3", "d3d3", "1d3/(1d3-1)", "1d3*99999999999999999", "3dfate-1", "2dfib", "\"x\"+1d3",
-        "  2d3 ", "@best(3,4d3)", "=2*@best(2,3d3)", "= \"You rolled \" 1d3", "=\"x\"",
-        "=1d3/0 \"a\" 1d3-1", "=1/0", "=3d3>=5", "@foo(1)", "@best(3 4d6)", "@wild(2d3)",
-        "=2*@wild(1d3)"}) {
+  for (const char* dieValue : {"2d3+1d3", "1d3/(1d3-1)", "1d3*99999999999999999", "3dfate-1",
+                               "\"x\"+1d3", "  2d3 ", "@best(3,4d3)", "= \"You rolled \" 1d3",
+                               "=1d3/0 \"a\" 1d3-1", "=1/0", "@foo(1)", "=2*@wild(1d3)"}) {
     SCOPED_TRACE(dieValue);
     Distribution dist = ComputeDistribution(dieValue);
     ASSERT_EQ(dist.method, DistMethod::Exact) << dist.reason;
@@ -75,21 +73,16 @@ void ExpectWithinFourStandardErrors(const Distribution& estimate, const Distribu
   }
 }
 
+// Three rolls added up in a loop: the outcomes of the sum of three
+// independent ones.
 TEST_F(CalculatorTest, EstimatesAgreeWithTheExactAnswers) {
   CalculatorOptions options;
-  options.rolls = 200000;
-  Distribution best = ComputeDistribution("@best(3,4d6)");
-  ExpectWithinFourStandardErrors(EstimateDistribution("@best(3,4d6)", options), best);
-
-  // Three of them added up in a loop: three times the mean, the outcomes of
-  // the sum of three independent ones.
+  options.rolls = 100000;
   view.script =
       "var sum\r\nvar i\r\nfor i = 1 to 3\r\nsum = sum + @best(3,4d6)\r\nnext\r\nresult = sum";
-  options.rolls = 100000;
   Distribution estimate = EstimateDistribution("<current script>", options);
   Distribution three = ComputeDistribution("=@best(3,4d6)+@best(3,4d6)+@best(3,4d6)");
   ASSERT_EQ(three.method, DistMethod::Exact) << three.reason;
-  EXPECT_NEAR(three.summary.mean, 3 * best.summary.mean, 1e-9);
   ExpectWithinFourStandardErrors(estimate, three);
 }
 
@@ -98,22 +91,14 @@ TEST_F(CalculatorTest, ExactWhenItCanBeEstimatedOtherwise) {
   CalculatorOptions options;
   options.rolls = 2000;
   options.budget = 1000;
-  Distribution exact = CalculateDistribution("3d6+2", options);
-  EXPECT_EQ(exact.method, DistMethod::Exact);
-
+  EXPECT_EQ(CalculateDistribution("3d6+2", options).method, DistMethod::Exact);
   Distribution chained = CalculateDistribution("d10d10d10", options);
-  EXPECT_EQ(chained.method, DistMethod::MonteCarlo);
-  EXPECT_EQ(chained.why, NotExactReason::Dependent);
-  EXPECT_EQ(chained.samples, 2000);
-  EXPECT_GE(chained.summary.min, 1);
-  EXPECT_LE(chained.summary.max, 1000);
-
+  EXPECT_EQ(std::make_tuple(chained.method, chained.why, chained.samples),
+            std::make_tuple(DistMethod::MonteCarlo, NotExactReason::Dependent, 2000LL));
   view.script = "result = 2d6";
   Distribution script = CalculateDistribution("fight.die", options);
-  EXPECT_EQ(script.method, DistMethod::MonteCarlo);
   EXPECT_EQ(MethodText(script), "estimated from 2000 rolls (a script: only running it tells)");
-  EXPECT_EQ(script.summary.min, 2);
-  EXPECT_EQ(script.summary.max, 12);
+  EXPECT_EQ(std::make_pair(script.summary.min, script.summary.max), std::make_pair(2.0, 12.0));
   EXPECT_TRUE(ui.messages.empty());
 }
 
@@ -151,16 +136,14 @@ TEST_F(CalculatorTest, AnEstimateTouchesNothing) {
   EXPECT_EQ(std::make_tuple(dist.summary.min, dist.summary.max, dist.samples),
             std::make_tuple(1.0, 4.0, 300LL));
   EXPECT_FALSE(std::filesystem::exists(path));
-  EXPECT_TRUE(ui.shown.empty());
   EXPECT_EQ(ui.OutputNamed("w"), none);
-  EXPECT_TRUE(ui.messages.empty());
+  EXPECT_TRUE(ui.shown.empty() && ui.messages.empty() && view.clipboard.empty());
   EXPECT_EQ(view.rolls, 0);
-  EXPECT_EQ(view.clipboard, "");
   EXPECT_EQ(DieHistory, OneBased("3d6 d20"));
+  // The settings as they were, and dfate the only range type.
   EXPECT_EQ(std::make_tuple(engineSettings.DieType, engineSettings.LongResults, runFlags.LogOn,
-                            runFlags.ScriptRunning),
-            std::make_tuple("4", true, true, false));
-  EXPECT_EQ(dieTypes.Define.size(), 2u);  // dfate only
+                            runFlags.ScriptRunning, dieTypes.Define.size()),
+            std::make_tuple("4", true, true, false, 2u));
   // The interfaces are the test's again.
   EXPECT_EQ(&UI(), &ui);
   EXPECT_EQ(&Windows(), &ui);
@@ -174,17 +157,14 @@ TEST_F(CalculatorTest, CancelAndBreakStopAnEstimate) {
   options.rolls = 1000000;
   int asked = 0;
   options.progress = [&](CalculatorStep step, double done) {
-    EXPECT_EQ(step, CalculatorStep::Rolling);
-    EXPECT_GT(done, 0);
-    EXPECT_LT(done, 1);
+    EXPECT_TRUE(step == CalculatorStep::Rolling && done > 0 && done < 1) << done;
     return ++asked < 2;
   };
   view.script = "var i\r\nfor i = 1 to 200\r\nnext\r\nresult = 1d6";
   Distribution stopped = EstimateDistribution("<current script>", options);
   EXPECT_EQ(asked, 2);
   EXPECT_EQ(stopped.method, DistMethod::MonteCarlo);
-  EXPECT_GT(stopped.samples, 0);
-  EXPECT_LT(stopped.samples, 1000000);
+  EXPECT_TRUE(stopped.samples > 0 && stopped.samples < 1000000) << stopped.samples;
   EXPECT_NEAR(stopped.atMost.back(), 1, 1e-12);
 
   // The user's break (Escape, Ctrl-C) ends the estimate, whether it comes
@@ -192,30 +172,27 @@ TEST_F(CalculatorTest, CancelAndBreakStopAnEstimate) {
   // not counted.
   options.progress = nullptr;
   options.rolls = 5000;
+  ui.pumps = 0;
+  SetPumpEveryCall(true);
   ui.onPump = [](long pump) {
     if (pump == 5) runFlags.BreakRequested = true;
   };
-  ui.pumps = 0;
-  SetPumpEveryCall(true);
   Distribution broken = EstimateDistribution("<current script>", options);
-  EXPECT_EQ(broken.method, DistMethod::NotExact);
-  EXPECT_EQ(broken.why, NotExactReason::Cancelled);
+  EXPECT_EQ(std::make_pair(broken.method, broken.why),
+            std::make_pair(DistMethod::NotExact, NotExactReason::Cancelled));
   EXPECT_FALSE(runFlags.BreakRequested);
   ui.onPump = [](long pump) {
     if (pump == 1000) runFlags.BreakRequested = true;
   };
   ui.pumps = 0;
   Distribution later = EstimateDistribution("<current script>", options);
-  EXPECT_EQ(later.method, DistMethod::MonteCarlo);
-  EXPECT_LT(later.samples, 5000);
+  EXPECT_TRUE(later.method == DistMethod::MonteCarlo && later.samples < 5000) << later.samples;
   EXPECT_EQ(ShownOf(later).count("<break>"), 0u);
 }
 
 TEST_F(CalculatorTest, Texts) {
   const std::pair<double, const char*> percents[] = {
-      {0, "0%"},           {1, "100.000%"},         {0.125, "12.500%"},     {1.0 / 216, "0.463%"},
-      {0.00001, "0.001%"}, {1.29e-10, "1.29e-08%"}, {0.999999, "100.000%"},
-  };
+      {0, "0%"}, {1.0 / 216, "0.463%"}, {0.00001, "0.001%"}, {1.29e-10, "1.29e-08%"}};
   for (const auto& [p, text] : percents)
     EXPECT_EQ(PercentText(p), text) << p;
   Distribution dist = ComputeDistribution("1d3/3");

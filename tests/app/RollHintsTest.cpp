@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "ShellFixture.h"
 #include "app/RollHints.h"
 #include "calc/Basic.h"
@@ -24,28 +26,21 @@ class RollHintsTest : public ShellTest {
   // seed, once with the hints worked out again between it and the next
   // request: what the requests show must be the same.
   Items HintsOf(const std::string& typed) {
-    Items hints;
     // What two requests from the seed show and leave in the history.
     auto twoRequests = [&](bool hintsBetween) {
       DieHistory.assign(1, "");
       SeedRandom(11);
       RollOutcome first = WorkOutRoll(typed);
       if (hintsBetween) {
-        hints = RollHints(typed, first.result, FailureOf(typed));
-        EXPECT_EQ(first.hints, hints);
+        EXPECT_EQ(RollHints(typed, first.result, FailureOf(typed)), first.hints);
       }
       RollOutcome second = WorkOutRoll(typed);
-      std::string shown;
-      for (const RollOutcome& o : {first, second})
-        shown += o.result + "|" + o.eachResult + "|" + o.clipboard + "|" + o.dieValueText + "\n";
-      for (const std::string& entry : DieHistory)
-        shown += entry + "|";
-      return shown;
+      return std::make_tuple(first.hints, first.result, first.eachResult, second.result,
+                             second.eachResult, second.dieValueText, DieHistory);
     };
-    const std::string plain = twoRequests(false);
+    const auto plain = twoRequests(false);
     EXPECT_EQ(twoRequests(true), plain);
-    DieHistory.assign(1, "");
-    return hints;
+    return std::get<0>(plain);
   }
 
   // What Calc says of the expression a request on typed calculates.
