@@ -149,11 +149,11 @@ TEST_F(WindowTest, WhatTheWindowShowsSurvivesARestart) {
   EXPECT_EQ(again.comboDieValue->currentText(), "2d8");  // the first entry, rolled
   EXPECT_TRUE(again.chkResults->isChecked());
   EXPECT_TRUE(again.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  // A missing family falls back; the setting keeps its name.
   QFont font = again.txtEachResult->font();
-  EXPECT_EQ(font.family(), QApplication::font().family());  // a missing family falls back
-  EXPECT_DOUBLE_EQ(font.pointSizeF(), 15.5);
-  EXPECT_TRUE(font.bold());
-  EXPECT_EQ(settings.Fonts[kResultsFont].Name, "No Such Font Family");  // the name is kept
+  EXPECT_EQ(std::tuple(font.family(), font.pointSizeF(), font.bold()),
+            std::tuple(QApplication::font().family(), 15.5, true));
+  EXPECT_EQ(settings.Fonts[kResultsFont].Name, "No Such Font Family");
   EXPECT_EQ(Text(again.txtScript), "result = 3d6  \n");
   EXPECT_EQ(again.lblScript->palette().color(QPalette::Window), QColor(224, 224, 224));
   EXPECT_FALSE(again.txtScript->document()->isUndoAvailable());
