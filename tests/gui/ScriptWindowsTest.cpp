@@ -53,57 +53,49 @@ void End(QDialog& dialog, Way way, QWidget* input, QPushButton* okay, QPushButto
 
 // ---- frmGet ----------------------------------------------------------------
 
-TEST_F(WindowTest, GetStoresTheLeadingNumberOnOkayOnly) {
+// The dialog also comes back where the user left it; the first time, and
+// after it was left in the top left corner, it is centred.
+TEST_F(WindowTest, GetStoresTheLeadingNumberOnOkayOnlyAndKeepsItsPlace) {
   struct Case {
     const char* typed;
     Way way;
     double stored;
+    QPoint leftAt;
   } cases[] = {
-      {"12abc", Way::Okay, 12},
-      {" 3.5", Way::Enter, 3.5},
-      {"99", Way::Escape, 7},
-      {"99", Way::CloseBox, 7},
+      {"12abc", Way::Okay, 12, {90, 40}},
+      {" 3.5", Way::Enter, 3.5, {0, 0}},
+      {"99", Way::Escape, 7, {200, 120}},
+      {"99", Way::CloseBox, 7, {60, 30}},
   };
   StartWindow();
-  ui.SetBusy(true);  // as a running script has it
+  ui.SetBusy(true);     // as a running script has it
+  bool centred = true;  // the first showing
+  QPoint last;
   for (const Case& c : cases) {
     SCOPED_TRACE(c.typed);
     runFlags.InputValue = 7;
     WhenUp<frmGet>([&](frmGet& get) {
+      EXPECT_EQ(get.pos(), centred ? CentreFor(get) : last);
       EXPECT_EQ(get.lblPrompt->text(), "Hit points?");
       EXPECT_EQ(get.txtGet->selectedText(), "15");  // typing replaces the default
       EXPECT_EQ(Pointer(), Qt::ArrowCursor);
+      get.move(c.leftAt);
       QTest::keyClicks(get.txtGet, c.typed);
       End(get, c.way, get.txtGet, get.cmdOkay, nullptr);
     });
     scriptWindows.GetNumber("Hit points?", "15");
     EXPECT_EQ(runFlags.InputValue, c.stored);
     EXPECT_EQ(Pointer(), Qt::WaitCursor);
+    EXPECT_EQ(QPoint(scriptDialogPlaces.Get.Left, scriptDialogPlaces.Get.Top), c.leftAt);
+    centred = c.leftAt.isNull();
+    last = c.leftAt;
   }
   ui.SetBusy(false);
 }
 
-// A dialog comes back where the user left it; the first time, and after it
-// was left in the top left corner, it is centred.
-TEST_F(WindowTest, ScriptDialogsComeBackWhereTheyWereLeft) {
+TEST_F(WindowTest, ThePickListKeepsItsPlaceAndSize) {
   StartWindow();
-  // Where the user leaves the dialog each time.
-  const QPoint leftAt[] = {{90, 40}, {0, 0}, {200, 120}};
-  bool centred = true;  // the first showing
-  QPoint last;
-  for (QPoint at : leftAt) {
-    WhenUp<frmGet>([&](frmGet& get) {
-      EXPECT_EQ(get.pos(), centred ? CentreFor(get) : last);
-      get.move(at);
-      get.close();
-    });
-    scriptWindows.GetNumber("", "");
-    EXPECT_EQ(QPoint(scriptDialogPlaces.Get.Left, scriptDialogPlaces.Get.Top), at);
-    centred = at.isNull();
-    last = at;
-  }
-
-  // The pick list keeps its size too; its first showing records its design size.
+  // Its first showing is centred and records its design size.
   QSize design;
   WhenUp<frmPick>([&](frmPick& pick) {
     EXPECT_EQ(pick.pos(), CentreFor(pick));
