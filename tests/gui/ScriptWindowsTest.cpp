@@ -40,7 +40,7 @@ QPoint CentreFor(const QWidget& window) {
           screen.y() + (screen.height() - size.height()) / 2};
 }
 
-enum class Way { Okay, Enter, Cancel, Escape, CloseBox, DoubleClick };
+enum class Way { Okay, Enter, Cancel, Escape, CloseBox, DoubleClick, MainEscape };
 
 // Ends a script dialog the way given (a double click is the list's own).
 void End(QDialog& dialog, Way way, QWidget* input, QPushButton* okay, QPushButton* cancel) {
@@ -152,36 +152,31 @@ TEST_F(WindowTest, PickListHandsBackTheItemNumber) {
 // The main window closing closes the pause as its close box does.
 TEST_F(WindowTest, EveryWayThePauseEndsClearsPaused) {
   struct Case {
-    const char* way;
+    Way way;  // Okay is Continue
     bool breaks;
-  } cases[] = {{"Continue", false},
-               {"Cancel", true},
-               {"Escape", true},
-               {"close box", false},
-               {"main Escape", true}};
+  } cases[] = {{Way::Okay, false},
+               {Way::Cancel, true},
+               {Way::Escape, true},
+               {Way::CloseBox, false},
+               {Way::MainEscape, true}};
   frmMain& w = StartWindow();
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.way);
+    SCOPED_TRACE(static_cast<int>(c.way));
     runFlags.Paused = true;  // as PAUSE sets it before showing the window
     runFlags.PauseEnded = runFlags.BreakRequested = false;
     scriptWindows.ShowPause();
     std::vector<frmPause*> shown = Shown<frmPause>();
     ASSERT_EQ(shown.size(), 1u);
     frmPause& pause = *shown.front();
-    std::string way = c.way;
-    if (way == "Continue") QTest::mouseClick(pause.Command1, Qt::LeftButton);
-    if (way == "Cancel") QTest::mouseClick(pause.btnCancel, Qt::LeftButton);
-    if (way == "Escape") QTest::keyClick(KeyTarget(pause), Qt::Key_Escape);
-    if (way == "close box") pause.close();
-    if (way == "main Escape") {
+    End(pause, c.way, nullptr, pause.Command1, pause.btnCancel);
+    if (c.way == Way::MainEscape) {
       QApplication::setActiveWindow(&w);  // the pause had taken it
       QTest::keyClick(w.comboDieValue->lineEdit(), Qt::Key_Escape);
     }
     Settle();
-    EXPECT_TRUE(Shown<frmPause>().empty());
-    EXPECT_FALSE(runFlags.Paused);
-    EXPECT_TRUE(runFlags.PauseEnded);
-    EXPECT_EQ(runFlags.BreakRequested, c.breaks);
+    EXPECT_EQ(std::tuple(Shown<frmPause>().empty(), runFlags.Paused, runFlags.PauseEnded,
+                         runFlags.BreakRequested),
+              std::tuple(true, false, true, c.breaks));
   }
 }
 
