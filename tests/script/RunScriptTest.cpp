@@ -40,27 +40,6 @@ class RunScriptTest : public EngineTest {
 
 const std::string kOpenFileError = "Error trying to open file.\r\nCheck your Open File line";
 
-TEST_F(RunScriptTest, FailuresStopTheRunWithTheirReport) {
-  struct Case {
-    std::string script, result, log;
-  } cases[] = {
-      // clang-format off
-      {"result = 1\npicklist heroes",             "<script error>", ""},
-      {"var v\npicklist nolist, v",               "<script error>", ""},
-      {"open file out",                           "<script error>", kOpenFileError},
-      {"open file out, , over",                   "<script error>", kOpenFileError},
-      {"var i\nfor i 1 to 3",                     "",
-       "Error: Invalid procedure call or argument\r\nscript processing on line 2"},
-      // clang-format on
-  };
-  for (const Case& c : cases) {
-    ScriptOutcome outcome = RunScriptText(c.script);
-    EXPECT_EQ(outcome.result, c.result) << c.script;
-    EXPECT_EQ(outcome.log, c.log) << c.script;
-  }
-  EXPECT_EQ(files.opens, 0);
-}
-
 TEST_F(RunScriptTest, LinesTheTokenizerNeverMakes) {
   struct Case {
     Lines lines;
