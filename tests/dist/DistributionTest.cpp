@@ -143,9 +143,8 @@ TEST_F(Distributions, SummaryAndCumulativeProbabilities) {
 // extremes with a probability too small for a double.
 TEST_F(Distributions, ManyDice) {
   Distribution dist = ComputeDistribution("1000d6");
-  ASSERT_EQ(dist.outcomes.size(), 5001u);
-  EXPECT_EQ(dist.outcomes.front().text, "1000");
-  EXPECT_EQ(dist.outcomes.back().text, "6000");
+  ASSERT_EQ(std::tuple(dist.outcomes.size(), dist.outcomes.front().text, dist.outcomes.back().text),
+            std::tuple(5001u, "1000", "6000"));
   EXPECT_NEAR(dist.summary.mean, 3500, 1e-6);
   EXPECT_NEAR(dist.summary.sd, std::sqrt(1000 * 35.0 / 12), 1e-6);
   EXPECT_NEAR(dist.atMost.back(), 1, 1e-9);

@@ -106,17 +106,15 @@ TEST_F(RunScriptTest, TimeWritesTheClock) {
 TEST_F(RunScriptTest, OpeningAWindowAgain) {
   RunScriptText("open window w\nopen window W\nprint w, 1");
   ASSERT_EQ(ui.outputs.size(), 1u);
-  EXPECT_EQ(ui.outputs[0]->raised, 1);
-  EXPECT_EQ(ui.outputs[0]->text, "1");
+  EXPECT_EQ(std::pair(ui.outputs[0]->raised, ui.outputs[0]->text), std::pair(1, std::string("1")));
   SetPumpEveryCall(true);
   ui.onPump = [&](long) {
     if (ui.outputs.size() > 1) ui.outputs[1]->open = false;  // the user closes it
   };
   RunScriptText("open window w\nprint w, 1\nopen window W\nprint w, 2");
   ASSERT_EQ(ui.outputs.size(), 3u);
-  EXPECT_EQ(ui.outputs[1]->text, "");
-  EXPECT_EQ(ui.outputs[2]->caption, "Output Window 1: W");
-  EXPECT_EQ(ui.outputs[2]->text, "2");
+  EXPECT_EQ(std::tuple(ui.outputs[1]->text, ui.outputs[2]->caption, ui.outputs[2]->text),
+            std::tuple("", "Output Window 1: W", "2"));
 }
 
 TEST_F(RunScriptTest, FileErrorsAreReportedNotThrown) {
