@@ -195,7 +195,9 @@ TEST_P(ScriptCaseTest, Runs) {
   }
   for (const auto& [name, contents] : Named("expect file"))
     EXPECT_EQ(files.files[name], contents) << "file " << name;
-  if (d.count("expect die")) EXPECT_EQ(engineSettings.DieType, Joined("expect die"));
+  if (d.count("expect die")) {
+    EXPECT_EQ(engineSettings.DieType, Joined("expect die"));
+  }
   EXPECT_FALSE(random_detail::scriptedPending) << "forced dice left over";
   EXPECT_FALSE(runFlags.ScriptRunning);
   EXPECT_EQ(runFlags.LogOn, Joined("setting log") == "on") << "LogOn is restored";

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "ScriptRunning.h"
@@ -65,15 +64,6 @@ TEST_F(TokenizeTest, KeywordForms) {
   EXPECT_EQ(TokenizeLine(":Top", false).label, "top");
   // The script's last line, empty (or only a comment), is END.
   EXPECT_EQ(TokenizeLine(" ; done", true).text, T(C::End));
-}
-
-TEST_F(TokenizeTest, CodesReadAsUnsignedBytes) {
-  // "\xFE" is no command code; an empty line is nothing.
-  for (auto [line, code] : {std::pair{std::string(1, '\0'), C::Other},
-                            {"\xFE", C::Other},
-                            {"\xFF", C::Nothing},
-                            {"", C::Nothing}})
-    EXPECT_EQ(CodeOf(line), code) << line;
 }
 
 TEST_F(TokenizeTest, GotoTargetsBecomeLineNumbers) {
