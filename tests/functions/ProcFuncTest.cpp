@@ -21,7 +21,6 @@ TEST_F(ProcFuncTest, FailuresReplaceTheLineAndTheDetails) {
           {"@best 3, 4d6", {}, bad, "Error: @ found without ( in line:\r\n@best 3, 4d6"},
           {"@foo(1)", {}, bad, "Error: function not found in line:\r\n@foo(1)"},
           {"1+@limit(1, 3d6)", {}, bad, comma + "@LIMIT(lower limit, upper limit, dieroll)"},
-          {"@cap(1, 2, 3, 3d6)", {}, bad, comma + cap},
           {"@best(3 4d6)", {}, bad, comma + "@BEST(num, dieroll)"},
           {"@wild(5)", {}, bad, noDice + "@WILD(dieroll)"},
           {"@best(3, 4d6", {}, bad, Error(ErrNo::InvalidProcedureCall) + "@BEST(num, dieroll)"},

@@ -20,7 +20,6 @@
 //   ; answer pause: cancel         PAUSE: continue or cancel
 //   ; setting long results: off    the settings before the run
 //   ; setting log: on
-//   ; setting die: d10
 //   ; setting margin: 2
 //   ; file old.txt: text           a file that exists before the run
 //   ; escape at pump: 5000         Escape pressed at that event pump
@@ -62,13 +61,13 @@ using Directives = std::map<std::string, std::vector<std::string>>;
 
 // The keys a case may give; those that end in a blank name a window or a
 // file after it.
-const std::string kKeys[] = {
-    "expect result",  "expect log",     "expect error",    "expect stop line",
-    "expect message", "expect shown",   "expect die",      "dice",
-    "answer get",     "answer pick",    "answer pause",    "setting long results",
-    "setting log",    "setting die",    "setting margin",  "escape at pump",
-    "insist at pump", "expect window ", "expect caption ", "expect open ",
-    "expect file ",   "file "};
+const std::string kKeys[] = {"expect result",    "expect log",     "expect error",
+                             "expect stop line", "expect message", "expect shown",
+                             "expect die",       "dice",           "answer get",
+                             "answer pick",      "answer pause",   "setting long results",
+                             "setting log",      "setting margin", "escape at pump",
+                             "insist at pump",   "expect window ", "expect caption ",
+                             "expect open ",     "expect file ",   "file "};
 
 std::string Unescape(const std::string& text) {
   static const std::map<char, char> escapes = {{'r', '\r'}, {'n', '\n'}, {'t', '\t'},
@@ -143,7 +142,6 @@ TEST_P(ScriptCaseTest, Runs) {
   if (d.count("setting long results"))
     engineSettings.LongResults = Joined("setting long results") == "on";
   runFlags.LogOn = Joined("setting log") == "on";
-  if (d.count("setting die")) engineSettings.DieType = Joined("setting die");
   if (d.count("setting margin"))
     engineSettings.MarginIncrement = static_cast<int16_t>(Number("setting margin"));
   for (const auto& [name, contents] : Named("file"))

@@ -37,7 +37,6 @@ MemoryFiles::~MemoryFiles() {
 }
 
 std::unique_ptr<ScriptFile> MemoryFiles::Open(const std::string& path, bool overwrite) {
-  ++opens;
   if (path.starts_with("/unwritable/")) return nullptr;
   std::string& contents = files[path];
   if (overwrite) contents.clear();

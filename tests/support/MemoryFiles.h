@@ -21,7 +21,6 @@ class MemoryFiles : public ScriptFileLayer {
 
   std::map<std::string, std::string> files;  // path -> contents
   bool failWrites = false;
-  int opens = 0;
 };
 
 }  // namespace gandrel::testing

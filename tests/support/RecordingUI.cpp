@@ -38,9 +38,9 @@ RecordingUI::~RecordingUI() {
   SetUI(nullptr);
 }
 
-MsgAnswer RecordingUI::ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon icon,
-                                   const std::string& title) {
-  messages.push_back({text, buttons, icon, title});
+MsgAnswer RecordingUI::ShowMessage(const std::string& text, MsgButtons buttons, MsgIcon,
+                                   const std::string&) {
+  messages.push_back({text, buttons});
   return buttons == MsgButtons::Ok ? MsgAnswer::Ok : answer;
 }
 

@@ -23,8 +23,6 @@ class RecordingUI : public UserInterface, public ScriptWindows {
   struct Message {
     std::string text;
     MsgButtons buttons;
-    MsgIcon icon;
-    std::string title;
   };
 
   // One output window as a script left it.
