@@ -23,6 +23,7 @@
 #include <exception>
 
 #include "app/DialogModels.h"
+#include "app/QtButtons.h"
 #include "app/QtFonts.h"
 #include "app/QtIcon.h"
 #include "app/QtResultLabels.h"
@@ -70,13 +71,6 @@ static QString LastLines(const std::string& log) {
   QStringList lines = ToEditorText(log).split('\n', Qt::SkipEmptyParts);
   QString last = lines.mid(std::max<qsizetype>(0, lines.size() - 3)).join('\n');
   return last.size() > 400 ? last.right(400) : last;
-}
-
-static QPushButton* MakeButton(const QString& caption, QWidget* parent, const char* name) {
-  auto* button = new QPushButton(caption, parent);
-  button->setObjectName(name);
-  button->setAutoDefault(false);
-  return button;
 }
 
 frmMain::frmMain(QWidget* parent) : QWidget(parent) {
