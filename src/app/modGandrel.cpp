@@ -197,9 +197,13 @@ static void RunEditorScript(Request& request) {
 
 // A die value beginning with "=": the one line "result" & die value, built
 // already tokenized (code 0, an assignment).
+static std::vector<std::string> OneLineScript(const std::string& dieValue) {
+  return {std::string(), std::string(1, '\0') + "result" + dieValue};
+}
+
 static void RunOneLineScript(Request& request) {
   request.isScript = true;
-  ScriptLines = {std::string(), std::string(1, '\0') + "result" + request.dieValue};
+  ScriptLines = OneLineScript(request.dieValue);
   request.resultText.clear();
   request.logText.clear();
   RunScript(ScriptLines, request.resultText, request.logText);
@@ -351,7 +355,7 @@ RepeatedRoll::RepeatedRoll(const std::string& dieValue) {
     text_ = ResultShown(request);
   } else if (value.front() == '=') {
     kind_ = Kind::Script;
-    lines_ = {std::string(), std::string(1, '\0') + "result" + value};
+    lines_ = OneLineScript(value);
   } else if (TrapRuntimeError([&] { ExpandDice(request.dieValue); })) {
     text_ = kErrorMarker;
   } else {
