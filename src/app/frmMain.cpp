@@ -35,6 +35,7 @@
 #include "app/frmDistribution.h"
 #include "app/frmHelp.h"
 #include "app/frmPrefs.h"
+#include "app/modGandrel.h"
 #include "calc/Basic.h"
 #include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
@@ -60,10 +61,7 @@ static constexpr int kDesignHeight = 520;
 
 // Engine texts end their lines with CR LF; the editors want LF.
 static QString ToEditorText(const std::string& text) {
-  QString shown = QString::fromStdString(text);
-  shown.replace("\r\n", "\n");
-  shown.replace('\r', '\n');
-  return shown;
+  return QString::fromStdString(UnixLines(text));
 }
 
 // The end of a script's log, for the tooltip of the line it stopped on.

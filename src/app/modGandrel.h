@@ -266,6 +266,10 @@ bool ReadTextFile(const std::string& path, std::string& content, std::string& re
 // failure returns false with the reason, and path is left as it was.
 bool WriteTextFileAtomic(const std::string& path, const std::string& content, std::string& reason);
 
+// Line breaks of any kind (CR LF, LF, CR) as LF: the engine's texts, which
+// end their lines with CR LF, as a terminal or an editor box shows them.
+std::string UnixLines(const std::string& text);
+
 // The lines of a text, ended by CR LF, LF or CR; a leading UTF-8 byte-order
 // mark is dropped. A last line without an ending counts; an ending at the very
 // end does not start another line.
