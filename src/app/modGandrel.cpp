@@ -82,10 +82,6 @@ MainView& View() {
   return *currentView;
 }
 
-bool IsScriptFileName(const std::string& dieValue) {
-  return InStr(LCase(dieValue), ".die") > 0;
-}
-
 // ---- History ---------------------------------------------------------------
 
 // Entries 2..last take the values of the entries above them; value goes first.

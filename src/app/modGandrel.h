@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "calc/Installed.h"
+#include "calc/Markers.h"
 
 namespace gandrel {
 
@@ -98,9 +99,6 @@ void RollDieValue();
 // keeps it. Nothing is shown. A break ends it as "<break>". While a script
 // runs nothing is worked out: the outcome holds only the die value.
 RollOutcome WorkOutRoll(const std::string& dieValue);
-
-// True when the die value names a script file: ".die" anywhere, in any case.
-bool IsScriptFileName(const std::string& dieValue);
 
 // A die value classified and made ready once, as the Roll request would (the
 // editor's script split and tokenized, a one-line script built, an
