@@ -60,15 +60,6 @@ bool IsNameChar(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c) || c == '_';
 }
 
-// True when a die type of that name (in lower case) is defined.
-bool IsDefined(std::string_view name) {
-  for (size_t i = 1; i < dieTypes.Define.size(); ++i)
-    if (LCase(dieTypes.Define[i].Name) == name) return true;
-  for (size_t i = 1; i < dieTypes.DefSeq.size(); ++i)
-    if (LCase(dieTypes.DefSeq[i].Name) == name) return true;
-  return false;
-}
-
 // The length of the defined name at p as the expansion asks for it (Define
 // first, DefSeq only without a Define match), or 0.
 long NamedLengthAt(std::string_view lower, long p) {
@@ -234,7 +225,7 @@ std::string Suggestion(const std::string& word, size_t u) {
   if (last && std::regex_match(word, m, percent))
     return "For a percentile die write " + m.str(1) + "d100.";
   if (last && std::regex_match(word, m, fudge)) {
-    if (IsDefined("dfate"))
+    if (DefinedName("dfate"))
       return "For Fudge dice roll your die type dfate: " + m.str(1) + "dfate.";
     return "For Fudge dice define a die type \"dfate = -1 to 1\" (Define Die Types) and roll " +
            m.str(1) + "dfate.";
