@@ -60,14 +60,6 @@ bool IsNameChar(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c) || c == '_';
 }
 
-// The length of the defined name at p as the expansion asks for it (Define
-// first, DefSeq only without a Define match), or 0.
-long NamedLengthAt(std::string_view lower, long p) {
-  if (long r = FindRangeAt(lower, p)) return Len(dieTypes.Define[static_cast<size_t>(r)].Name);
-  if (long s = FindListAt(lower, p)) return Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name);
-  return 0;
-}
-
 void Replace(Traced& t, std::string& lower, long at, long length, const std::string& text,
              std::vector<long> from) {
   auto pos = static_cast<size_t>(at), count = static_cast<size_t>(length);
@@ -89,7 +81,7 @@ void TraceExpansion(Scan& scan) {
     long next = p + 1;
     bool sized = p + 1 <= Len(lower) && IsDigit(lower[static_cast<size_t>(p)]);
     if (!sized) {
-      long named = NamedLengthAt(lower, p);
+      long named = DefinedNameLengthAt(lower, p);
       if (named > 0) {
         next = p + named;
       } else {
