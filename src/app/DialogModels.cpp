@@ -280,8 +280,7 @@ std::string DefaultDieText(const std::string& dieType) {
   return "d" + text;
 }
 
-// The spelling of the defined type named name (ignoring case), or nothing.
-static std::optional<std::string> DefinedName(const std::string& name) {
+std::optional<std::string> DefinedName(const std::string& name) {
   std::string wanted = LCase(name);
   for (size_t i = 1; i < dieTypes.Define.size(); ++i)
     if (LCase(dieTypes.Define[i].Name) == wanted) return dieTypes.Define[i].Name;

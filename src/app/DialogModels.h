@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -60,6 +61,9 @@ std::vector<std::string> ArrangeDieTypeEntries(const std::vector<std::string>& e
 void RebuildDieTypes(const std::vector<std::string>& entries);
 
 // ---- The default die -------------------------------------------------------
+
+// The spelling of the defined die type named name (ignoring case), or nothing.
+std::optional<std::string> DefinedName(const std::string& name);
 
 // The default die as the Preferences dialog shows it: "d6" for the size
 // "6", a die type's name as it stands.

@@ -97,6 +97,7 @@ QRect QtDistributionChart::Plot() const {
 
 QtDistributionChart::Scale QtDistributionChart::Scales() const {
   Scale scale;
+  scale.plot = Plot();
   double low = kNoGap, high = -kNoGap, top = 0, gap = kNoGap;
   for (const Series& s : series_) {
     const Distribution& d = s.dist;
@@ -118,20 +119,20 @@ QtDistributionChart::Scale QtDistributionChart::Scales() const {
 }
 
 int QtDistributionChart::XOf(double value) const {
-  Scale scale = Scales();
-  QRect plot = Plot();
+  return XOf(value, Scales());
+}
+
+int QtDistributionChart::XOf(double value, const Scale& scale) {
   double share = (value - scale.low) / (scale.high - scale.low);
-  return plot.left() + static_cast<int>(std::lround(share * plot.width()));
+  return scale.plot.left() + static_cast<int>(std::lround(share * scale.plot.width()));
 }
 
-int QtDistributionChart::YOfProbability(double p, const Scale& scale) const {
-  QRect plot = Plot();
-  return plot.bottom() - static_cast<int>(std::lround(p / scale.top * plot.height()));
+int QtDistributionChart::YOfProbability(double p, const Scale& scale) {
+  return scale.plot.bottom() - static_cast<int>(std::lround(p / scale.top * scale.plot.height()));
 }
 
-int QtDistributionChart::YOfShare(double p) const {
-  QRect plot = Plot();
-  return plot.bottom() - static_cast<int>(std::lround(p * plot.height()));
+int QtDistributionChart::YOfShare(double p, const Scale& scale) {
+  return scale.plot.bottom() - static_cast<int>(std::lround(p * scale.plot.height()));
 }
 
 double QtDistributionChart::Gap(const Scale& scale) const {
@@ -139,23 +140,25 @@ double QtDistributionChart::Gap(const Scale& scale) const {
   for (const Series& s : series_)
     for (size_t i = 1; i < NumericCount(s.dist); ++i)
       gap = std::min(gap, s.dist.outcomes[i].value - s.dist.outcomes[i - 1].value);
-  double width = Plot().width() / (scale.high - scale.low);
-  return gap == kNoGap ? Plot().width() / 8.0 : gap * width;
+  double width = scale.plot.width() / (scale.high - scale.low);
+  return gap == kNoGap ? scale.plot.width() / 8.0 : gap * width;
 }
 
-std::optional<double> QtDistributionChart::ValueNear(int x) const {
+std::optional<double> QtDistributionChart::ValueAt(QPoint point, const Scale& scale) const {
+  if (!scale.plot.adjusted(-kPad, 0, kPad, 0).contains(point)) return std::nullopt;
+  int x = point.x();
   std::optional<double> best;
   int bestDistance = 0;
   for (const Series& s : series_) {
     for (size_t i = 0; i < NumericCount(s.dist); ++i) {
-      int distance = std::abs(XOf(s.dist.outcomes[i].value) - x);
+      int distance = std::abs(XOf(s.dist.outcomes[i].value, scale) - x);
       if (!best || distance < bestDistance) {
         best = s.dist.outcomes[i].value;
         bestDistance = distance;
       }
     }
   }
-  double reach = std::max(4.0, Gap(Scales()) / 2);
+  double reach = std::max(4.0, Gap(scale) / 2);
   if (best && bestDistance <= reach) return best;
   return std::nullopt;
 }
@@ -163,29 +166,29 @@ std::optional<double> QtDistributionChart::ValueNear(int x) const {
 // ---- Hover -----------------------------------------------------------------------
 
 QString QtDistributionChart::TipAt(QPoint point) const {
-  if (!Plot().adjusted(-kPad, 0, kPad, 0).contains(point)) return "";
-  std::optional<double> value = ValueNear(point.x());
-  if (!value) return "";
-  QString tip = ValueLabel(*value);
+  std::optional<double> value = ValueAt(point, Scales());
+  return value ? TipFor(*value) : "";
+}
+
+QString QtDistributionChart::TipFor(double value) const {
+  QString tip = ValueLabel(value);
   for (const Series& s : series_) {
     double p = 0;
     for (size_t i = 0; i < NumericCount(s.dist); ++i)
-      if (s.dist.outcomes[i].value == *value) p = s.dist.outcomes[i].probability;
+      if (s.dist.outcomes[i].value == value) p = s.dist.outcomes[i].probability;
     tip += "\n" + s.name + ": " + Percent(p) + "  (at least " +
-           Percent(ProbabilityAtLeast(s.dist, *value)) + ", at most " +
-           Percent(ProbabilityAtMost(s.dist, *value)) + ")";
+           Percent(ProbabilityAtLeast(s.dist, value)) + ", at most " +
+           Percent(ProbabilityAtMost(s.dist, value)) + ")";
   }
   return tip;
 }
 
 void QtDistributionChart::mouseMoveEvent(QMouseEvent* event) {
-  QPoint at = event->position().toPoint();
-  QString tip = TipAt(at);
-  std::optional<double> value = tip.isEmpty() ? std::nullopt : ValueNear(at.x());
-  if (tip.isEmpty()) {
-    QToolTip::hideText();
+  std::optional<double> value = ValueAt(event->position().toPoint(), Scales());
+  if (value) {
+    QToolTip::showText(event->globalPosition().toPoint(), TipFor(*value), this);
   } else {
-    QToolTip::showText(event->globalPosition().toPoint(), tip, this);
+    QToolTip::hideText();
   }
   if (value != hovered_) {
     hovered_ = value;
@@ -219,16 +222,16 @@ void QtDistributionChart::paintEvent(QPaintEvent*) {
   if (hovered_) {
     QColor band = palette().color(QPalette::Highlight);
     band.setAlpha(40);
-    int x = XOf(*hovered_), half = std::max(3, static_cast<int>(Gap(scale) / 2));
-    painter.fillRect(QRect(x - half, Plot().top(), 2 * half, Plot().height()), band);
+    int x = XOf(*hovered_, scale), half = std::max(3, static_cast<int>(Gap(scale) / 2));
+    painter.fillRect(QRect(x - half, scale.plot.top(), 2 * half, scale.plot.height()), band);
   }
   if (showBars_) PaintBars(painter, scale);
-  if (AnyCurve()) PaintCurves(painter);
-  PaintLegend(painter);
+  if (AnyCurve()) PaintCurves(painter, scale);
+  PaintLegend(painter, scale);
 }
 
 void QtDistributionChart::PaintAxes(QPainter& painter, const Scale& scale) const {
-  QRect plot = Plot();
+  const QRect& plot = scale.plot;
   QFontMetrics fm(font());
   QColor text = palette().color(QPalette::Text), grid = palette().color(QPalette::Mid);
   grid.setAlpha(90);
@@ -251,7 +254,7 @@ void QtDistributionChart::PaintAxes(QPainter& painter, const Scale& scale) const
   // At least / at most: the right axis, 0 to 100%.
   if (AnyCurve()) {
     for (int k = 0; k <= 4; ++k) {
-      int y = YOfShare(k / 4.0);
+      int y = YOfShare(k / 4.0, scale);
       painter.drawText(QRect(plot.right() + 6, y - fm.height() / 2, 200, fm.height()),
                        Qt::AlignLeft | Qt::AlignVCenter, QString::number(k * 25) + "%");
     }
@@ -269,7 +272,7 @@ void QtDistributionChart::PaintAxes(QPainter& painter, const Scale& scale) const
   painter.setPen(text);
   painter.drawLine(plot.bottomLeft(), plot.bottomRight());
   for (double v = std::ceil(scale.low / xStep) * xStep; v <= scale.high; v += xStep) {
-    int x = XOf(v);
+    int x = XOf(v, scale);
     painter.drawLine(x, plot.bottom(), x, plot.bottom() + 4);
     QString label = ValueLabel(std::fabs(v) < xStep / 1e9 ? 0 : v);
     int w = fm.horizontalAdvance(label);
@@ -289,17 +292,17 @@ void QtDistributionChart::PaintBars(QPainter& painter, const Scale& scale) const
     QColor fill = s.color;
     fill.setAlpha(drawn > 1 ? 200 : 230);
     double offset = -total / 2 + each * static_cast<double>(k++);
-    int bottom = Plot().bottom();
+    int bottom = scale.plot.bottom();
     for (size_t i = 0; i < NumericCount(s.dist); ++i) {
       const DistOutcome& o = s.dist.outcomes[i];
-      double left = XOf(o.value) + offset;
+      double left = XOf(o.value, scale) + offset;
       int y = YOfProbability(o.probability, scale);
       painter.fillRect(QRectF(left, y, std::max(1.0, each), bottom - y), fill);
     }
   }
 }
 
-void QtDistributionChart::PaintCurves(QPainter& painter) const {
+void QtDistributionChart::PaintCurves(QPainter& painter, const Scale& scale) const {
   painter.setRenderHint(QPainter::Antialiasing, true);
   for (const Series& s : series_) {
     size_t n = NumericCount(s.dist);
@@ -309,7 +312,7 @@ void QtDistributionChart::PaintCurves(QPainter& painter) const {
       const std::vector<double>& shares = which == 0 ? s.dist.atLeast : s.dist.atMost;
       QPolygonF line;
       for (size_t i = 0; i < n; ++i)
-        line << QPointF(XOf(s.dist.outcomes[i].value), YOfShare(shares[i]));
+        line << QPointF(XOf(s.dist.outcomes[i].value, scale), YOfShare(shares[i], scale));
       QPen pen(s.color.darker(which == 0 ? 110 : 140), 2, which == 0 ? Qt::DashLine : Qt::DotLine);
       painter.setPen(pen);
       painter.drawPolyline(line);
@@ -325,9 +328,9 @@ void QtDistributionChart::PaintCurves(QPainter& painter) const {
   painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
-void QtDistributionChart::PaintLegend(QPainter& painter) const {
+void QtDistributionChart::PaintLegend(QPainter& painter, const Scale& scale) const {
   QFontMetrics fm(font());
-  int x = Plot().left(), y = kPad;
+  int x = scale.plot.left(), y = kPad;
   painter.setPen(palette().color(QPalette::Text));
   for (const Series& s : series_) {
     painter.fillRect(QRect(x, y + (fm.height() - 12) / 2, 12, 12), s.color);

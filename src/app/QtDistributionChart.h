@@ -54,24 +54,29 @@ class QtDistributionChart : public QWidget {
   void leaveEvent(QEvent* event) override;
 
  private:
+  // Worked out once per paint or mouse move, as it reads every result.
   struct Scale {
+    QRect plot;                // the plot's rectangle in widget coordinates
     double low = 0, high = 1;  // the values at the plot's left and right edge
     double top = 1;            // the probability at the plot's top
   };
   QRect Plot() const;
   Scale Scales() const;
-  int YOfProbability(double p, const Scale& scale) const;
-  int YOfShare(double p) const;
+  static int XOf(double value, const Scale& scale);
+  static int YOfProbability(double p, const Scale& scale);
+  static int YOfShare(double p, const Scale& scale);
   // The smallest distance between two neighbouring results, in pixels.
   double Gap(const Scale& scale) const;
-  // The numeric result nearest to x within reach, if any.
-  std::optional<double> ValueNear(int x) const;
+  // The numeric result nearest to the point within reach, if any; none
+  // outside the plot.
+  std::optional<double> ValueAt(QPoint point, const Scale& scale) const;
+  QString TipFor(double value) const;
   bool AnyCurve() const { return showAtLeast_ || showAtMost_; }
 
   void PaintAxes(QPainter& painter, const Scale& scale) const;
   void PaintBars(QPainter& painter, const Scale& scale) const;
-  void PaintCurves(QPainter& painter) const;
-  void PaintLegend(QPainter& painter) const;
+  void PaintCurves(QPainter& painter, const Scale& scale) const;
+  void PaintLegend(QPainter& painter, const Scale& scale) const;
 
   std::vector<Series> series_;
   bool showBars_ = true;

@@ -7,17 +7,11 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "app/QtButtons.h"
 #include "calc/Basic.h"
 #include "calc/UserInterface.h"
 
 namespace gandrel {
-
-static QPushButton* MakeButton(const QString& caption, QWidget* parent) {
-  auto* button = new QPushButton(caption, parent);
-  // Enter in the edit box adds the entry; it must not also press a button.
-  button->setAutoDefault(false);
-  return button;
-}
 
 QtEntryList::QtEntryList(bool reorderable, Checker check, Arranger arrange, QWidget* parent)
     : QWidget(parent), check_(std::move(check)), arrange_(std::move(arrange)) {

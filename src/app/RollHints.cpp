@@ -60,23 +60,6 @@ bool IsNameChar(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || IsDigit(c) || c == '_';
 }
 
-// True when a die type of that name (in lower case) is defined.
-bool IsDefined(std::string_view name) {
-  for (size_t i = 1; i < dieTypes.Define.size(); ++i)
-    if (LCase(dieTypes.Define[i].Name) == name) return true;
-  for (size_t i = 1; i < dieTypes.DefSeq.size(); ++i)
-    if (LCase(dieTypes.DefSeq[i].Name) == name) return true;
-  return false;
-}
-
-// The length of the defined name at p as the expansion asks for it (Define
-// first, DefSeq only without a Define match), or 0.
-long NamedLengthAt(std::string_view lower, long p) {
-  if (long r = FindRangeAt(lower, p)) return Len(dieTypes.Define[static_cast<size_t>(r)].Name);
-  if (long s = FindListAt(lower, p)) return Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name);
-  return 0;
-}
-
 void Replace(Traced& t, std::string& lower, long at, long length, const std::string& text,
              std::vector<long> from) {
   auto pos = static_cast<size_t>(at), count = static_cast<size_t>(length);
@@ -98,7 +81,7 @@ void TraceExpansion(Scan& scan) {
     long next = p + 1;
     bool sized = p + 1 <= Len(lower) && IsDigit(lower[static_cast<size_t>(p)]);
     if (!sized) {
-      long named = NamedLengthAt(lower, p);
+      long named = DefinedNameLengthAt(lower, p);
       if (named > 0) {
         next = p + named;
       } else {
@@ -234,7 +217,7 @@ std::string Suggestion(const std::string& word, size_t u) {
   if (last && std::regex_match(word, m, percent))
     return "For a percentile die write " + m.str(1) + "d100.";
   if (last && std::regex_match(word, m, fudge)) {
-    if (IsDefined("dfate"))
+    if (DefinedName("dfate"))
       return "For Fudge dice roll your die type dfate: " + m.str(1) + "dfate.";
     return "For Fudge dice define a die type \"dfate = -1 to 1\" (Define Die Types) and roll " +
            m.str(1) + "dfate.";

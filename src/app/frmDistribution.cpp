@@ -17,6 +17,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include "app/QtButtons.h"
 #include "app/QtDistributionChart.h"
 #include "app/QtIcon.h"
 #include "app/frmMain.h"
@@ -34,13 +35,6 @@ QPointer<frmDistribution> current;
 // The rows of the summary, in order.
 const char* const kSummaryRows[] = {"method", "mean",    "sd",        "min",   "max",
                                     "median", "failure", "truncated", "rolls", "standard error"};
-
-QPushButton* MakeButton(const QString& caption, QWidget* parent, const char* name) {
-  auto* button = new QPushButton(caption, parent);
-  button->setObjectName(name);
-  button->setAutoDefault(false);
-  return button;
-}
 
 QTableWidget* MakeTable(QWidget* parent, const char* name) {
   auto* table = new QTableWidget(parent);

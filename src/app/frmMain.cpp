@@ -23,6 +23,7 @@
 #include <exception>
 
 #include "app/DialogModels.h"
+#include "app/QtButtons.h"
 #include "app/QtFonts.h"
 #include "app/QtIcon.h"
 #include "app/QtResultLabels.h"
@@ -34,6 +35,7 @@
 #include "app/frmDistribution.h"
 #include "app/frmHelp.h"
 #include "app/frmPrefs.h"
+#include "app/modGandrel.h"
 #include "calc/Basic.h"
 #include "calc/RunFlags.h"
 #include "calc/RuntimeError.h"
@@ -59,10 +61,7 @@ static constexpr int kDesignHeight = 520;
 
 // Engine texts end their lines with CR LF; the editors want LF.
 static QString ToEditorText(const std::string& text) {
-  QString shown = QString::fromStdString(text);
-  shown.replace("\r\n", "\n");
-  shown.replace('\r', '\n');
-  return shown;
+  return QString::fromStdString(UnixLines(text));
 }
 
 // The end of a script's log, for the tooltip of the line it stopped on.
@@ -70,13 +69,6 @@ static QString LastLines(const std::string& log) {
   QStringList lines = ToEditorText(log).split('\n', Qt::SkipEmptyParts);
   QString last = lines.mid(std::max<qsizetype>(0, lines.size() - 3)).join('\n');
   return last.size() > 400 ? last.right(400) : last;
-}
-
-static QPushButton* MakeButton(const QString& caption, QWidget* parent, const char* name) {
-  auto* button = new QPushButton(caption, parent);
-  button->setObjectName(name);
-  button->setAutoDefault(false);
-  return button;
 }
 
 frmMain::frmMain(QWidget* parent) : QWidget(parent) {

@@ -15,6 +15,7 @@
 #include "app/QtFonts.h"
 #include "app/QtScriptWindows.h"
 #include "app/Settings.h"
+#include "app/modGandrel.h"
 
 namespace gandrel {
 
@@ -66,10 +67,7 @@ frmOutput::frmOutput(QWidget* parent) : QWidget(parent, Qt::Window) {
 
 void frmOutput::Append(const std::string& text) {
   if (text.empty()) return;
-  QString piece = QString::fromStdString(text);
-  piece.replace("\r\n", "\n");
-  piece.replace('\r', '\n');
-  pending_ += piece;
+  pending_ += QString::fromStdString(UnixLines(text));
   if (flush_->isActive()) return;
   qint64 wait = 0;
   if (sinceFlush_.isValid()) wait = std::max<qint64>(0, flushGap_ - sinceFlush_.elapsed());

@@ -82,10 +82,6 @@ MainView& View() {
   return *currentView;
 }
 
-bool IsScriptFileName(const std::string& dieValue) {
-  return InStr(LCase(dieValue), ".die") > 0;
-}
-
 // ---- History ---------------------------------------------------------------
 
 // Entries 2..last take the values of the entries above them; value goes first.
@@ -197,9 +193,13 @@ static void RunEditorScript(Request& request) {
 
 // A die value beginning with "=": the one line "result" & die value, built
 // already tokenized (code 0, an assignment).
+static std::vector<std::string> OneLineScript(const std::string& dieValue) {
+  return {std::string(), std::string(1, '\0') + "result" + dieValue};
+}
+
 static void RunOneLineScript(Request& request) {
   request.isScript = true;
-  ScriptLines = {std::string(), std::string(1, '\0') + "result" + request.dieValue};
+  ScriptLines = OneLineScript(request.dieValue);
   request.resultText.clear();
   request.logText.clear();
   RunScript(ScriptLines, request.resultText, request.logText);
@@ -351,7 +351,7 @@ RepeatedRoll::RepeatedRoll(const std::string& dieValue) {
     text_ = ResultShown(request);
   } else if (value.front() == '=') {
     kind_ = Kind::Script;
-    lines_ = {std::string(), std::string(1, '\0') + "result" + value};
+    lines_ = OneLineScript(value);
   } else if (TrapRuntimeError([&] { ExpandDice(request.dieValue); })) {
     text_ = kErrorMarker;
   } else {

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "calc/Installed.h"
+#include "calc/Markers.h"
 
 namespace gandrel {
 
@@ -98,9 +99,6 @@ void RollDieValue();
 // keeps it. Nothing is shown. A break ends it as "<break>". While a script
 // runs nothing is worked out: the outcome holds only the die value.
 RollOutcome WorkOutRoll(const std::string& dieValue);
-
-// True when the die value names a script file: ".die" anywhere, in any case.
-bool IsScriptFileName(const std::string& dieValue);
 
 // A die value classified and made ready once, as the Roll request would (the
 // editor's script split and tokenized, a one-line script built, an
@@ -265,6 +263,10 @@ bool ReadTextFile(const std::string& path, std::string& content, std::string& re
 // that path is never half-written; makes the folder when it is missing. On
 // failure returns false with the reason, and path is left as it was.
 bool WriteTextFileAtomic(const std::string& path, const std::string& content, std::string& reason);
+
+// Line breaks of any kind (CR LF, LF, CR) as LF: the engine's texts, which
+// end their lines with CR LF, as a terminal or an editor box shows them.
+std::string UnixLines(const std::string& text);
 
 // The lines of a text, ended by CR LF, LF or CR; a leading UTF-8 byte-order
 // mark is dropped. A last line without an ending counts; an ending at the very

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/DialogModels.h"
 #include "app/Settings.h"
 #include "app/modGandrel.h"
 #include "calc/Basic.h"
@@ -94,11 +95,8 @@ void ReadOldDefinitions(const std::string& path, std::vector<std::string>& liste
 
 std::string DefinitionsText() {
   std::string text = std::string(kCommentLine1) + kCrLf + kCommentLine2 + kCrLf;
-  for (size_t i = 1; i < dieTypes.Define.size(); ++i)
-    text += "define " + dieTypes.Define[i].Name + " = " + std::to_string(dieTypes.Define[i].Lo) +
-            " to " + std::to_string(dieTypes.Define[i].Hi) + kCrLf;
-  for (size_t i = 1; i < dieTypes.DefSeq.size(); ++i)
-    text += "define " + dieTypes.DefSeq[i].Name + " = " + dieTypes.DefSeq[i].Dice + kCrLf;
+  for (const std::string& entry : ListDieTypeEntries())
+    text += "define " + entry + kCrLf;
   for (size_t i = 1; i < AlwaysAddItems.size(); ++i)
     text += AlwaysAddItems[i] + kCrLf;
   return text;

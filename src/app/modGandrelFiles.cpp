@@ -283,6 +283,22 @@ bool WriteTextFileAtomic(const std::string& path, const std::string& content, st
   return ok;
 }
 
+std::string UnixLines(const std::string& text) {
+  if (text.find('\r') == std::string::npos) return text;
+  std::string out;
+  out.reserve(text.size());
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\r') {
+      out += text[i];
+    } else if (i + 1 < text.size() && text[i + 1] == '\n') {
+      // The LF that follows is the break.
+    } else {
+      out += '\n';
+    }
+  }
+  return out;
+}
+
 std::vector<std::string> SplitLines(const std::string& text) {
   std::vector<std::string> lines;
   size_t start = text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;

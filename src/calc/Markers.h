@@ -8,6 +8,8 @@
 
 #include <string_view>
 
+#include "calc/Basic.h"
+
 namespace gandrel {
 
 // A roll failed (the die result was too big, or rolling met another error).
@@ -24,6 +26,10 @@ inline constexpr std::string_view kToWindowMarker = "~TOWIN~";
 // The die value that runs the script editor's script, the one the editor
 // puts into the die-value box when it has no file.
 inline constexpr std::string_view kCurrentScript = "<current script>";
+// True when the die value names a script file: ".die" anywhere, in any case.
+inline bool IsScriptFileName(std::string_view dieValue) {
+  return InStr(LCase(dieValue), ".die") > 0;
+}
 // What PICKLIST asks when its line gives no prompt.
 inline constexpr std::string_view kPickPrompt = "Please pick an item:";
 

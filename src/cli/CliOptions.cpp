@@ -62,21 +62,13 @@ static std::string SetSeed(const std::string& text, CliOptions& options) {
   return "";
 }
 
-static std::string SetRepeat(const std::string& text, CliOptions& options) {
-  uint64_t count;
-  if (!ReadWhole(text, count) || count < 1 || count > static_cast<uint64_t>(kMaxRepeat))
-    return "'" + text + "' is not a repeat count: give a whole number from 1 to " +
-           std::to_string(kMaxRepeat);
-  options.repeat = static_cast<long>(count);
-  return "";
-}
-
-static std::string SetSamples(const std::string& text, CliOptions& options) {
-  uint64_t count;
-  if (!ReadWhole(text, count) || count < 1 || count > static_cast<uint64_t>(kMaxSamples))
-    return "'" + text + "' is not a number of rolls: give a whole number from 1 to " +
-           std::to_string(kMaxSamples);
-  options.samples = static_cast<long>(count);
+// A count from 1 to most; what names it in the complaint.
+static std::string SetCount(const std::string& text, long most, const char* what, long& count) {
+  uint64_t read;
+  if (!ReadWhole(text, read) || read < 1 || read > static_cast<uint64_t>(most))
+    return "'" + text + "' is not " + what + ": give a whole number from 1 to " +
+           std::to_string(most);
+  count = static_cast<long>(read);
   return "";
 }
 
@@ -119,11 +111,11 @@ std::string ParseCliOptions(const std::vector<std::string>& args, CliOptions& op
     } else if (name == "--seed") {
       problem = SetSeed(option.value, options);
     } else if (name == "-n" || name == "--repeat") {
-      problem = SetRepeat(option.value, options);
+      problem = SetCount(option.value, kMaxRepeat, "a repeat count", options.repeat);
     } else if (name == "-D" || name == "--distribution") {
       options.distribution = true;
     } else if (name == "--samples") {
-      problem = SetSamples(option.value, options);
+      problem = SetCount(option.value, kMaxSamples, "a number of rolls", options.samples);
     } else {
       if (option.value.empty()) return "option '" + name + "' needs a folder";
       options.configDir = option.value;

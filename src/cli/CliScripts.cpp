@@ -12,22 +12,6 @@
 
 namespace gandrel::cli {
 
-std::string UnixLines(const std::string& text) {
-  if (text.find('\r') == std::string::npos) return text;
-  std::string out;
-  out.reserve(text.size());
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '\r') {
-      out += text[i];
-    } else if (i + 1 < text.size() && text[i + 1] == '\n') {
-      // The LF that follows is the break.
-    } else {
-      out += '\n';
-    }
-  }
-  return out;
-}
-
 bool ReadLine(FILE* in, std::string& line) {
   line.clear();
   char* buffer = nullptr;

@@ -22,9 +22,6 @@
 
 namespace gandrel::cli {
 
-// Line breaks of any kind (CR LF, LF, CR) as LF.
-std::string UnixLines(const std::string& text);
-
 // The next line of in, without its line end (LF or CR LF); false at the end
 // of the input or when reading failed (errno as the read left it).
 bool ReadLine(FILE* in, std::string& line);

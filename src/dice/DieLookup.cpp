@@ -30,6 +30,12 @@ long FindListAt(std::string_view lower, long p) {
   return FindAt(dieTypes.DefSeq, lower, p);
 }
 
+long DefinedNameLengthAt(std::string_view lower, long p) {
+  if (long r = FindRangeAt(lower, p)) return Len(dieTypes.Define[static_cast<size_t>(r)].Name);
+  if (long s = FindListAt(lower, p)) return Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name);
+  return 0;
+}
+
 long DigitRunStart(std::string_view text, long p) {
   long start = p;
   while (start > 1 && IsDigit(text[static_cast<size_t>(start - 2)])) {

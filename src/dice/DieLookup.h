@@ -21,6 +21,11 @@ bool NameMatchesAt(std::string_view name, std::string_view lower, long p);
 long FindRangeAt(std::string_view lower, long p);
 long FindListAt(std::string_view lower, long p);
 
+// The length of the defined name that stands at p, as the expansion and
+// BreakOutDice ask for it: Define first, DefSeq only without a Define match;
+// 0 when none does.
+long DefinedNameLengthAt(std::string_view lower, long p);
+
 // The first position of the run of digits that ends right before p, or p when
 // the character before p is not a digit (or p is 1). Yields per character.
 long DigitRunStart(std::string_view text, long p);

@@ -11,14 +11,6 @@
 
 namespace gandrel {
 
-// The length of the defined name that stands at p (Define asked first, DefSeq
-// only without a Define match), or 0.
-static long DefinedNameLengthAt(std::string_view lower, long p) {
-  if (long r = FindRangeAt(lower, p)) return Len(dieTypes.Define[static_cast<size_t>(r)].Name);
-  if (long s = FindListAt(lower, p)) return Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name);
-  return 0;
-}
-
 // Gives the "d" at p the default die; returns the position right after the
 // inserted text. A default die with its own letter ("d10", "dfudge") takes
 // the place of the "d", a bare size ("6") goes right after it.

@@ -28,14 +28,8 @@ void BreakOutDice(std::string& expr, std::string& before, std::string& term, std
   long start = DigitRunStart(lower, p);
   // Here a Define match decides and DefSeq is asked only without one; the
   // digits after "d" count only when no defined name stands there.
-  long end;
-  if (long r = FindRangeAt(lower, p)) {
-    end = p + Len(dieTypes.Define[static_cast<size_t>(r)].Name) - 1;
-  } else if (long s = FindListAt(lower, p)) {
-    end = p + Len(dieTypes.DefSeq[static_cast<size_t>(s)].Name) - 1;
-  } else {
-    end = DigitRunEnd(lower, p);
-  }
+  long named = DefinedNameLengthAt(lower, p);
+  long end = named > 0 ? p + named - 1 : DigitRunEnd(lower, p);
   std::string head = Trim(Left(expr, start - 1));
   std::string middle = Trim(Mid(expr, start, end - start + 1));
   std::string tail = Trim(Mid(expr, end + 1));

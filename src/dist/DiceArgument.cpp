@@ -7,7 +7,6 @@
 #include "dice/DiceText.h"
 #include "dice/DieLookup.h"
 #include "dice/modDiceCalc.h"
-#include "dist/EngineAccess.h"
 #include "dist/Work.h"
 
 namespace gandrel {
@@ -21,9 +20,8 @@ bool IsDieLetter(char c) {
 // The end (1-based) of the term whose "d" is at p, as BreakOutDice ends it: a
 // range type's name, else a list type's, else the digits after the "d".
 long BreakOutEnd(const std::string& lower, long p) {
-  DefinedDie die;
-  if (DefinedDieAt(lower, p, die)) return p + die.nameLength - 1;
-  return DigitRunEnd(lower, p);
+  long named = DefinedNameLengthAt(lower, p);
+  return named > 0 ? p + named - 1 : DigitRunEnd(lower, p);
 }
 
 // True when LongGenDice, cutting the term text again as a roll cuts it,

@@ -41,7 +41,7 @@ Outcomes RollResults(std::string text, Work& work) {
 Outcomes ResultsOf(std::string_view dieValue, Work& work) {
   std::string value = Trim(dieValue);
   if (Left(value, 1) == "@") value.insert(0, "=");
-  if (InStr(LCase(value), ".die") > 0 || value == kCurrentScript)
+  if (IsScriptFileName(value) || value == kCurrentScript)
     GiveUp(NotExactReason::Script, "a script: only running it tells");
   // The marks the computation writes into its own texts must not come in.
   if (value.find_first_of(std::string{kSlotMark} + kEscapedError) != std::string::npos)

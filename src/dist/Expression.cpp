@@ -6,6 +6,7 @@
 
 #include "calc/Markers.h"
 #include "calc/NumberText.h"
+#include "dice/QuoteCut.h"
 #include "dist/TermDist.h"
 #include "dist/Work.h"
 
@@ -28,19 +29,15 @@ Outcomes SumResults(const ValueDist& sum, ResultMode mode) {
 // outside stretch first and last.
 std::vector<std::string> QuoteCuts(const std::string& text) {
   std::vector<std::string> cuts;
-  size_t from = 0;
-  for (;;) {
-    size_t q1 = text.find('"', from);
-    if (q1 == std::string::npos) {
-      cuts.push_back(text.substr(from));
-      return cuts;
-    }
-    size_t q2 = text.find('"', q1 + 1);
-    if (q2 == std::string::npos) q2 = text.size() - 1;
-    cuts.push_back(text.substr(from, q1 - from));
-    cuts.push_back(text.substr(q1, q2 - q1 + 1));
-    from = q2 + 1;
+  std::string rest = text;
+  QuoteCut cut;
+  while (CutAtQuote(rest, cut)) {
+    cuts.push_back(std::move(cut.before));
+    cuts.push_back(std::move(cut.quoted));
+    rest = std::move(cut.after);
   }
+  cuts.push_back(std::move(rest));
+  return cuts;
 }
 
 }  // namespace
