@@ -9,9 +9,6 @@
 namespace gandrel::testing {
 namespace {
 
-// A text, a size and what becomes of the text.
-using TextCase = std::tuple<std::string, size_t, std::string>;
-
 using DialogModelsTest = ShellTest;
 
 // Accepted entries: stored as the tables keep them; one of an existing name
@@ -143,18 +140,12 @@ TEST_F(DialogModelsTest, AlwaysAddItems) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.expected);
-    settings.NewFirst = c.newFirst;
-    settings.KeepNum = static_cast<int16_t>(c.keepNum);
-    AlwaysAddItems = OneBased(c.oldItems);
-    DieHistory = OneBased(c.history);
-    view = FakeView{};
+    StartLists(c.keepNum, c.newFirst, c.oldItems, c.history);
     view.dieValue = "typed";
     Items items = OneBased(c.newItems), expected = OneBased(c.expected);
-    ApplyAlwaysAddItems(Items(items.begin() + 1, items.end()));
-    EXPECT_EQ(AlwaysAddItems, items);
-    EXPECT_EQ(DieHistory, expected);
-    EXPECT_EQ(view.list, c.rebuilt ? Items(expected.begin() + 1, expected.end()) : Items{});
-    EXPECT_EQ(view.dieValue, "typed");
+    ApplyAlwaysAddItems(Listed(true, items));
+    EXPECT_EQ(std::make_tuple(AlwaysAddItems, DieHistory, view.list, view.dieValue),
+              std::make_tuple(items, expected, Listed(c.rebuilt, expected), "typed"));
   }
   EXPECT_EQ(settings.KeepNum, 2);  // raised to the number of items, even unchanged ones
 }
@@ -162,6 +153,8 @@ TEST_F(DialogModelsTest, AlwaysAddItems) {
 // Shown texts are cut at a limit, long lines broken at a width; neither
 // splits a CR LF or a UTF-8 character.
 TEST_F(DialogModelsTest, ShownTextIsLimitedAndItsLongLinesBroken) {
+  // A text, a size and what becomes of the text.
+  using TextCase = std::tuple<std::string, size_t, std::string>;
   const TextCase limited[] = {
       {"abcdef", 6, "abcdef"},
       {"ab\r\ncd\r\nef", 9, "ab\r\ncd\r\n... 2 more characters not shown"},

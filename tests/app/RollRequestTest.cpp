@@ -39,18 +39,13 @@ TEST_F(HistoryTest, Rules) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.history) + " + " + c.value);
-    settings.KeepNum = static_cast<int16_t>(c.keepNum);
-    settings.NewFirst = c.newFirst;
+    StartLists(c.keepNum, c.newFirst, c.always, c.history);
     settings.KeepAlways = c.keepAlways;
-    AlwaysAddItems = OneBased(c.always);
-    DieHistory = OneBased(c.history);
-    Items expected = OneBased(c.expected);
-    view = FakeView{};
     std::string value = c.value;
     AddToHistory(value);
-    EXPECT_EQ(DieHistory, expected);
-    EXPECT_EQ(view.list, c.rebuilt ? Items(expected.begin() + 1, expected.end()) : Items{});
-    EXPECT_EQ(view.dieValue, c.rebuilt ? c.value : "");
+    Items expected = OneBased(c.expected);
+    EXPECT_EQ(std::make_tuple(DieHistory, view.list, view.dieValue),
+              std::make_tuple(expected, Listed(c.rebuilt, expected), c.rebuilt ? c.value : ""));
   }
 }
 
@@ -127,10 +122,10 @@ TEST_F(RollRequestTest, ErrorsBeforeAndAfterTheDice) {
     ui.messages.clear();
     ui.busyChanges.clear();
     Roll(typed);
-    EXPECT_EQ(view.result, "<error>");
-    EXPECT_EQ(view.eachResult, "<error>");
-    EXPECT_EQ(ui.Texts(), Items{message});
-    EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));  // the busy pointer goes
+    // The busy pointer goes.
+    EXPECT_EQ(
+        std::make_tuple(view.result, view.eachResult, ui.Texts(), ui.busyChanges),
+        std::make_tuple("<error>", "<error>", Items{message}, std::vector<bool>{true, false}));
   }
 }
 
@@ -157,10 +152,9 @@ TEST_F(ScriptRequestTest, TheEditorsScriptRuns) {
     ui.messages.clear();
     view.script = script;
     Roll(typed);
-    EXPECT_EQ(view.result, result);
-    EXPECT_EQ(view.eachResult, eachResult);
-    EXPECT_EQ(view.clipboard, " rolls " + result + " on " + typed);
-    EXPECT_EQ(ui.Texts(), message.empty() ? Items{} : Items{message});
+    EXPECT_EQ(std::make_tuple(view.result, view.eachResult, view.clipboard, ui.Texts()),
+              std::make_tuple(result, eachResult, " rolls " + result + " on " + typed,
+                              message.empty() ? Items{} : Items{message}));
   }
   EXPECT_EQ(DieHistory, OneBased("Combat.DIE"));
 }
@@ -192,13 +186,12 @@ TEST_F(ScriptRequestTest, EscapeBreaksTheScriptOrTheRoll) {
     if (pump == 5000) runFlags.BreakRequested = true;
   };
   Roll("<current script>");
-  EXPECT_EQ(view.result, "<break>");
-  EXPECT_EQ(view.eachResult, "BREAK: ESC key pressed or Pause 'Cancel' pressed.");
+  EXPECT_EQ(std::make_tuple(view.result, view.eachResult),
+            std::make_tuple("<break>", "BREAK: ESC key pressed or Pause 'Cancel' pressed."));
   ui.onPump = [](long) { runFlags.BreakRequested = true; };
   Roll("100d6");
-  EXPECT_EQ(view.result, "<break>");
-  EXPECT_EQ(view.eachResult, "<break>");
-  EXPECT_EQ(view.clipboard, " rolls <break> on 100d6");
+  EXPECT_EQ(std::make_tuple(view.result, view.eachResult, view.clipboard),
+            std::make_tuple("<break>", "<break>", " rolls <break> on 100d6"));
   EXPECT_TRUE(ui.messages.empty());
 }
 
