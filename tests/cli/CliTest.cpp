@@ -95,8 +95,8 @@ TEST_F(CliRunTest, OutputAndStatus) {
   };
   for (const auto& [args, input, out, status] : cases) {
     CliOutcome o = Run(args, input);
-    EXPECT_EQ(o.out, out) << ::testing::PrintToString(args);
-    EXPECT_EQ(o.status, status) << out;
+    EXPECT_EQ(std::tie(o.out, o.status), std::make_tuple(out, status))
+        << ::testing::PrintToString(args);
   }
 }
 
@@ -111,8 +111,8 @@ TEST_F(CliRunTest, MessagesAndInterrupts) {
   SetPumpEveryCall(true);
   NoteInterrupt();
   o = Run({"-q", "100d6", "2+2"});
-  EXPECT_EQ(o.out, "<break>\n");  // the roll breaks and the run stops
-  EXPECT_EQ(o.status, 1);
+  // The roll breaks and the run stops.
+  EXPECT_EQ(std::make_tuple(o.out, o.status), std::make_tuple(std::string("<break>\n"), 1));
 }
 
 // A script with each kind of prompt and two output windows. Its answers come
@@ -147,9 +147,7 @@ TEST_F(CliRunTest, ScriptPromptsReadTheInputAndWindowsGoToTheOutput) {
   for (const auto& [args, input, out, err] : cases) {
     SCOPED_TRACE(input);
     CliOutcome o = Run(args, input);
-    EXPECT_EQ(o.out, out);
-    EXPECT_EQ(o.err, err);
-    EXPECT_EQ(o.status, 0);
+    EXPECT_EQ(std::tie(o.out, o.err, o.status), std::make_tuple(out, err, 0));
   }
 }
 
@@ -164,9 +162,11 @@ TEST_F(CliRunTest, AScriptFileThatCannotBeRead) {
   std::string folder = config.Path("folder.die");
   fs::create_directory(folder);
   o = Run({"--json", folder});
-  EXPECT_EQ(o.out, "{\"dieValue\":" + JsonString(folder) +
-                       R"(,"result":"","details":"","clipboard":" rolls  on )" + folder + "\"}\n");
-  EXPECT_EQ(o.err, "gandrel: cannot read " + folder + ": Is a directory\n");
+  EXPECT_EQ(std::make_tuple(o.out, o.err),
+            std::make_tuple("{\"dieValue\":" + JsonString(folder) +
+                                R"(,"result":"","details":"","clipboard":" rolls  on )" + folder +
+                                "\"}\n",
+                            "gandrel: cannot read " + folder + ": Is a directory\n"));
 }
 
 // Every entry of a folder: its name, kind, size and time of change.
@@ -247,8 +247,7 @@ TEST(CliProgram, ExitStatus) {
   };
   for (const auto& [command, status, expected] : cases) {
     CliOutcome run = Shell(command);
-    EXPECT_EQ(run.status, status) << command;
-    EXPECT_EQ(run.out, expected) << command;
+    EXPECT_EQ(std::tie(run.status, run.out), std::make_tuple(status, expected)) << command;
   }
 }
 
