@@ -186,22 +186,19 @@ std::string Listing(const fs::path& folder) {
 // pipe is not waited for.
 TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {
   // gandrel.ini, gandrel.def and gandrel.dat (nullptr: none, "": empty, as
-  // missing files are to the reader, "|": a pipe), the
-  // arguments, the output and the number of messages.
+  // missing files are to the reader, "|": a pipe), the arguments, the output
+  // and the number of messages. Long results off: one line a roll.
   const struct {
     const char *ini, *def, *dat;
     Args args;
     std::string out;
     size_t messages;
   } cases[] = {
-      {"[Settings]\nLongResults=0\n",
-       "define fate = -1 to -1\n",
-       nullptr,
-       {"-n", "2", "4dfate"},
-       "-4\n-4\n",
-       0},  // long results off: one line a roll
-      {"", "", "", {"-q", "2+3"}, "5\n", 0},
-      {"|", "|", "|", {"-q", "2+3"}, "5\n", 3},
+      // clang-format off
+      {"[Settings]\nLongResults=0\n", "define df = -1 to -1\n", nullptr, {"-n2", "4df"}, "-4\n-4\n", 0},
+      {"",                            "",                       "",      {"-q", "2+3"},  "5\n",      0},
+      {"|",                           "|",                      "|",     {"-q", "2+3"},  "5\n",      3},
+      // clang-format on
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.out);
