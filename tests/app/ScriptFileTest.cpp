@@ -128,8 +128,8 @@ TEST_F(ScriptFileTest, SaveAsksBeforeReplacingAFileThatHoldsSomething) {
     ui.answer = answer;
     view.fileAnswers = {dir.Path("combat.DIE")};
     EXPECT_EQ(SaveScriptAs(), answer == MsgAnswer::Yes);
-    EXPECT_EQ(ui.messages.back().text, question);
-    EXPECT_EQ(ui.messages.back().buttons, MsgButtons::YesNoCancel);
+    EXPECT_EQ(std::make_pair(ui.messages.back().text, ui.messages.back().buttons),
+              std::make_pair(question, MsgButtons::YesNoCancel));
   }
   EXPECT_EQ(dir.Read("combat.DIE"), "changed\r\n\r\n");
   // An empty file is no script: nothing to ask about.
@@ -148,10 +148,9 @@ TEST_F(ScriptFileTest, NewAndLoadAskAboutAChangedScriptFirst) {
   // Yes, then a cancelled save dialog: the editor is cleared all the same.
   ui.answer = MsgAnswer::Yes;
   NewScript();
-  EXPECT_EQ(view.script, "");
-  EXPECT_EQ(view.fileQuestions.size(), 1u);
-  EXPECT_EQ(ui.Texts(), (Items{"Do you want to save the current script before clearing it?",
-                               "Do you want to save the current script before clearing it?"}));
+  EXPECT_EQ(std::make_tuple(view.script, view.fileQuestions.size(), ui.Texts()),
+            std::make_tuple(
+                "", 1u, Items(2, "Do you want to save the current script before clearing it?")));
 
   dir.Write("fight.die", "result = 2d6\r\n");
   Type("y = 2");
