@@ -26,6 +26,12 @@ class ScriptFileTest : public ShellTest {
     ShellTest::TearDown();
   }
   void Type(const std::string& text) { view.SetScriptText(text); }
+  // A new start of the window on the same folder, in the current folder.
+  void Restart() {
+    StartUp();
+    view = FakeView{};
+    RestoreScriptEditor();
+  }
   std::filesystem::path start;
 };
 
@@ -200,20 +206,14 @@ TEST_F(ScriptFileTest, PickingAndTheEditorsEvents) {
 
 // Closing keeps the editor; the next start brings it back as it was left.
 TEST_F(ScriptFileTest, TheEditorComesBackAfterARestart) {
-  // A new start of the window on the same folder, in the current folder.
-  auto restart = [&] {
-    StartUp();
-    view = FakeView{};
-    RestoreScriptEditor();
-  };
   // Nothing kept yet: an empty, clean editor.
-  restart();
+  Restart();
   EXPECT_EQ(std::make_pair(view.script, view.modified), std::make_pair(std::string(), false));
 
   // An unnamed, changed script.
   Type("var x\r\nresult = \"\xE2\x82\xAC\"  \r\n");
   ASSERT_TRUE(KeepScriptEditor());
-  restart();
+  Restart();
   EXPECT_EQ(std::make_tuple(view.script, view.modified, scriptEditor.ScriptFileName),
             std::make_tuple("var x\r\nresult = \"\xE2\x82\xAC\"  \r\n", true, ""));
 
@@ -221,7 +221,7 @@ TEST_F(ScriptFileTest, TheEditorComesBackAfterARestart) {
   view.fileAnswers = {dir.Path("fight")};
   ASSERT_TRUE(SaveScriptAs());
   ASSERT_TRUE(KeepScriptEditor());
-  restart();
+  Restart();
   const std::string saved = "var x\r\nresult = \"\xE2\x82\xAC\"\r\n";
   EXPECT_EQ(std::make_tuple(view.script, view.modified, scriptEditor.ScriptFileName),
             std::make_tuple(saved, false, "fight.DIE"));
@@ -230,11 +230,11 @@ TEST_F(ScriptFileTest, TheEditorComesBackAfterARestart) {
   // the kept text a change of its own.
   ASSERT_TRUE(KeepScriptEditor());
   std::filesystem::current_path(start);
-  restart();
+  Restart();
   EXPECT_EQ(std::make_pair(scriptEditor.ScriptFileName, view.modified),
             std::make_pair(dir.Path("fight.DIE"), false));
   dir.Write("fight.DIE", "result = 2\r\n");
-  restart();
+  Restart();
   EXPECT_EQ(std::make_pair(view.script, view.modified), std::make_pair(saved, true));
   EXPECT_TRUE(ui.messages.empty());
 }
@@ -268,9 +268,7 @@ TEST_F(ScriptFileTest, AKeptEditorThatCannotBeReadIsNeverWrittenOver) {
   // The first run's editor, put in its place, comes back.
   std::filesystem::rename(dir.Path("gandrel-1.script"), kept);
   ui.messages.clear();
-  StartUp();
-  view = FakeView{};
-  RestoreScriptEditor();
+  Restart();
   EXPECT_EQ(std::make_pair(view.script, view.modified),
             std::make_pair(std::string("typed 1"), true));
   EXPECT_TRUE(ui.messages.empty());
