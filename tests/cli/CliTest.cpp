@@ -103,10 +103,10 @@ TEST_F(CliRunTest, OutputAndStatus) {
 TEST_F(CliRunTest, MessagesAndInterrupts) {
   CliOutcome o = Run({"-q", std::string(40000, '1'), "2"});
   EXPECT_EQ(std::make_tuple(o.status, o.out, o.err),
-            std::make_tuple(1, std::string("<error>\n2\n"),
-                            std::string("gandrel: I'm sorry, but the following error has "
-                                        "occurred:\nOverflow\n\nIf entering a very long die "
-                                        "value, please shorten it or roll it in parts.\n")));
+            std::make_tuple(1, "<error>\n2\n",
+                            "gandrel: I'm sorry, but the following error has occurred:\nOverflow"
+                            "\n\nIf entering a very long die value, please shorten it or roll it "
+                            "in parts.\n"));
 
   SetPumpEveryCall(true);
   NoteInterrupt();
