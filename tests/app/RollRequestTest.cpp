@@ -161,20 +161,17 @@ TEST_F(ScriptRequestTest, TheEditorsScriptRuns) {
 
 // The editor is told the line where its script went wrong.
 TEST_F(ScriptRequestTest, TheLineWhereTheEditorsScriptStopped) {
-  const struct {
-    std::string script, typed;
-    int32_t line;
-  } cases[] = {
+  // The script, the die value and the line the editor is told (0: none).
+  const std::tuple<std::string, std::string, int32_t> cases[] = {
       {"x = 1\r\n\r\ngoto nowhere\r\n:there", "<current script>", 3},  // not run
       {"result = 1\r\nx = @foo(1)", "fight.die", 2},                   // <script error>
       {"result = 1\r\nend\r\nnext", "<current script>", 0},
       {"next", "=@foo(1)", 0},  // a one-line script is not the editor's
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.script);
-    view.script = c.script;
-    Roll(c.typed);
-    EXPECT_EQ(view.errorLine, c.line);
+  for (const auto& [script, typed, line] : cases) {
+    view.script = script;
+    Roll(typed);
+    EXPECT_EQ(view.errorLine, line) << script;
   }
 }
 
