@@ -188,22 +188,17 @@ TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {
   // gandrel.ini, gandrel.def and gandrel.dat (nullptr: none, "": empty, as
   // missing files are to the reader, "|": a pipe), the arguments, the output
   // and the number of messages. Long results off: one line a roll.
-  const struct {
-    const char *ini, *def, *dat;
-    Args args;
-    std::string out;
-    size_t messages;
-  } cases[] = {
+  const std::tuple<const char*, const char*, const char*, Args, std::string, size_t> cases[] = {
       // clang-format off
       {"[Settings]\nLongResults=0\n", "define df = -1 to -1\n", nullptr, {"-n2", "4df"}, "-4\n-4\n", 0},
       {"",                            "",                       "",      {"-q", "2+3"},  "5\n",      0},
       {"|",                           "|",                      "|",     {"-q", "2+3"},  "5\n",      3},
       // clang-format on
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.out);
+  for (const auto& [ini, def, dat, args, out, messages] : cases) {
+    SCOPED_TRACE(out);
     for (auto [name, text] :
-         {std::pair{"gandrel.ini", c.ini}, {"gandrel.def", c.def}, {"gandrel.dat", c.dat}}) {
+         {std::pair{"gandrel.ini", ini}, {"gandrel.def", def}, {"gandrel.dat", dat}}) {
       fs::remove(config.Path(name));
       if (text && std::string(text) == "|") {
         ASSERT_EQ(mkfifo(config.Path(name).c_str(), 0600), 0);
@@ -213,11 +208,12 @@ TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {
     }
     std::string before = Listing(config.path());
     alarm(20);  // a start-up that waits on a pipe ends the test program
-    CliOutcome o = Run(c.args);
+    CliOutcome o = Run(args);
     alarm(0);
-    EXPECT_EQ(o.out, c.out);
-    EXPECT_EQ(std::count(o.err.begin(), o.err.end(), '\n'), c.messages) << o.err;
-    EXPECT_EQ(Listing(config.path()), before);
+    EXPECT_EQ(std::make_tuple(o.out, std::count(o.err.begin(), o.err.end(), '\n'),
+                              Listing(config.path())),
+              std::make_tuple(out, messages, before))
+        << o.err;
   }
 }
 
