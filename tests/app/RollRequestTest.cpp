@@ -57,9 +57,8 @@ TEST_F(RollRequestTest, Outcomes) {
   // exact outcomes through the request).
   const std::string best = "4d6= +6+1+3+2= 12\r\nBest(2,+6+1+3+2)=(+6+3)\r\n",
                     foo = "Error: function not found in line:\r\nresult=@foo(1)";
-  struct Case {
-    std::string typed, dieValue, result, eachResult, history;
-  } cases[] = {
+  // Typed, the die value shown, the result, its details, the history.
+  const std::string cases[][5] = {
       // clang-format off
       {"  2+3 ",           "2+3",              "5",              "Calc: 2+3=5",   "2+3"},
       {"",                 "",                 "0",              "",              ""},
@@ -74,13 +73,14 @@ TEST_F(RollRequestTest, Outcomes) {
   runFlags.BreakRequested = true;  // a break of an earlier roll is forgotten
   ScriptRandom({FaceToRnd(4, 6), FaceToRnd(6, 6), FaceToRnd(1, 6), FaceToRnd(3, 6),
                 FaceToRnd(2, 6)});  // the bare die, then @best's four
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.typed);
+  for (const auto& [typed, dieValue, result, eachResult, history] : cases) {
+    SCOPED_TRACE(typed);
     DieHistory.assign(1, "");
-    Roll(c.typed);
-    EXPECT_EQ(std::make_tuple(view.dieValue, view.result, view.eachResult, DieHistory),
-              std::make_tuple(c.dieValue, c.result, c.eachResult, OneBased(c.history)));
-    EXPECT_EQ(view.clipboard, " rolls " + c.result + " on " + c.dieValue);
+    Roll(typed);
+    EXPECT_EQ(
+        std::make_tuple(view.dieValue, view.result, view.eachResult, DieHistory, view.clipboard),
+        std::make_tuple(dieValue, result, eachResult, OneBased(history),
+                        " rolls " + result + " on " + dieValue));
   }
   // A one-line script runs as a script of its own, not the editor's.
   EXPECT_EQ(ScriptLines, (Items{"", std::string(1, '\0') + "result=@foo(1)"}));
