@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <tuple>
+#include <utility>
 
 #include "ShellFixture.h"
 #include "app/DialogModels.h"
@@ -9,30 +10,25 @@
 namespace gandrel::testing {
 namespace {
 
-// A text, a size and what becomes of the text.
-using TextCase = std::tuple<std::string, size_t, std::string>;
-
 using DialogModelsTest = ShellTest;
 
 // Accepted entries: stored as the tables keep them; one of an existing name
 // (any kind, ignoring case) replaces it after a question naming both.
 TEST_F(DialogModelsTest, AcceptedDieTypeEntries) {
   const Items others{"dfate = -1 to 1", "dfib = 1,2", "dx = 1,2,3"};
-  const struct {
-    const char *entry, *stored;
-    long replaces;
-  } cases[] = {
+  // The entry, how it is stored, and the entry it replaces (-1: none).
+  const std::tuple<const char*, const char*, long> cases[] = {
       {"x = 1 to 3", "dx = 1 to 3", 2},  // a list of that name goes
       {"  FATE = 2 to 0  ", "dFATE = 0 to 2", 0},
       {"dz = -1,+2,.5,1E3", "dz = -1,+2,.5,1E3", -1},
       {"dfa = 1 to 2", "dfa = 1 to 2", -1},  // a range may begin like a range
   };
-  for (const auto& c : cases) {
-    EntryVerdict verdict = CheckDieTypeEntry(c.entry, others);
+  for (const auto& [entry, stored, replaces] : cases) {
+    EntryVerdict verdict = CheckDieTypeEntry(entry, others);
     EXPECT_EQ(std::make_tuple(verdict.refusal, verdict.stored, verdict.replaces,
                               verdict.question.empty()),
-              std::make_tuple("", c.stored, c.replaces, c.replaces < 0))
-        << c.entry;
+              std::make_tuple("", stored, replaces, replaces < 0))
+        << entry;
   }
   EXPECT_EQ(CheckDieTypeEntry("x = 1 to 3", others).question,
             "There is already a die type named dx: \"dx = 1,2,3\". Replace it with \"dx = 1 to "
@@ -42,9 +38,7 @@ TEST_F(DialogModelsTest, AcceptedDieTypeEntries) {
 // Refused entries, each for its own reason (a word of the message).
 TEST_F(DialogModelsTest, RefusedDieTypeEntries) {
   const Items others{"dfate = -1 to 1", "dfib = 1,2"};
-  const struct {
-    const char *entry, *reason;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"   ", "Please"},
       {"dy = 7", "either a range"},
       {"dbig = 1 to 1E12", "-2147483648"},
@@ -60,9 +54,9 @@ TEST_F(DialogModelsTest, RefusedDieTypeEntries) {
       {"dfates = 1,2", "roll of dfates would roll the range type dfate"},
       {"dfib = 1,2", "already in the list"},
   };
-  for (const auto& c : cases) {
-    std::string refusal = CheckDieTypeEntry(c.entry, others).refusal;
-    EXPECT_NE(refusal.find(c.reason), std::string::npos) << c.entry << ": " << refusal;
+  for (const auto& [entry, reason] : cases) {
+    std::string refusal = CheckDieTypeEntry(entry, others).refusal;
+    EXPECT_NE(refusal.find(reason), std::string::npos) << entry << ": " << refusal;
   }
   // The same name in both kinds (from a hand-written file): the range
   // replaces its range, the list is still in the way.
@@ -84,9 +78,7 @@ TEST_F(DialogModelsTest, DieTypePreview) {
 // would turn [da, db, dccc] into [dccc, db, da]); rebuilding replaces the
 // tables as a whole.
 TEST_F(DialogModelsTest, ReopeningKeepsTheOrder) {
-  const struct {
-    Items entries, arranged;
-  } cases[] = {
+  const std::pair<Items, Items> cases[] = {
       {{"da = 1 to 2", "db = 3 to 4", "dccc = 1 to 3", "dee = 5,6", "df = 1,2"},
        {"dccc = 1 to 3", "da = 1 to 2", "db = 3 to 4", "dee = 5,6", "df = 1,2"}},
       {{"dx = 1 to 2", "dy = 3 to 4", "dX = 5 to 6", "dz = 7"}, {"dX = 5 to 6", "dy = 3 to 4"}},
@@ -95,12 +87,12 @@ TEST_F(DialogModelsTest, ReopeningKeepsTheOrder) {
        {"d10 = 0 to 9", "dfib = 1,2"}},
   };
   RebuildDieTypes({"dfib = 1,1,2,3,5", "fate = 1 to -1"});  // replaced as a whole
-  for (const auto& c : cases) {
-    EXPECT_EQ(ArrangeDieTypeEntries(c.entries), c.arranged);
-    RebuildDieTypes(c.entries);
-    EXPECT_EQ(ListDieTypeEntries(), c.arranged);
+  for (const auto& [entries, arranged] : cases) {
+    EXPECT_EQ(ArrangeDieTypeEntries(entries), arranged);
+    RebuildDieTypes(entries);
+    EXPECT_EQ(ListDieTypeEntries(), arranged);
     RebuildDieTypes(ListDieTypeEntries());
-    EXPECT_EQ(ListDieTypeEntries(), c.arranged);
+    EXPECT_EQ(ListDieTypeEntries(), arranged);
   }
   // Checking an entry leaves the tables alone.
   for (const char* entry : {"dfib = 3,4", "dy = 1 to 6", "d = 1 to 2"})
@@ -110,13 +102,12 @@ TEST_F(DialogModelsTest, ReopeningKeepsTheOrder) {
 
 TEST_F(DialogModelsTest, DefaultDie) {
   RebuildDieTypes({"dFate = -1 to 1", "dfib = 1,2"});
-  const struct {
-    const char *typed, *stored;
-  } accepted[] = {{" D10 ", "10"},   {"6", "6"},       {"d007", "7"},
-                  {"fate", "dFate"}, {"DFIB", "dfib"}, {"d999999999999999", "999999999999999"}};
-  for (const auto& c : accepted) {
-    DefaultDieVerdict verdict = CheckDefaultDie(c.typed);
-    EXPECT_EQ(verdict.refusal + "|" + verdict.stored, std::string("|") + c.stored) << c.typed;
+  const std::pair<const char*, const char*> accepted[] = {
+      {" D10 ", "10"},   {"6", "6"},       {"d007", "7"},
+      {"fate", "dFate"}, {"DFIB", "dfib"}, {"d999999999999999", "999999999999999"}};
+  for (const auto& [typed, stored] : accepted) {
+    DefaultDieVerdict verdict = CheckDefaultDie(typed);
+    EXPECT_EQ(verdict.refusal + "|" + verdict.stored, std::string("|") + stored) << typed;
   }
   for (const char* typed : {"", "abc", "d0", "d", "d1000000000000000"})
     EXPECT_NE(CheckDefaultDie(typed).refusal, "") << typed;
@@ -143,18 +134,12 @@ TEST_F(DialogModelsTest, AlwaysAddItems) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.expected);
-    settings.NewFirst = c.newFirst;
-    settings.KeepNum = static_cast<int16_t>(c.keepNum);
-    AlwaysAddItems = OneBased(c.oldItems);
-    DieHistory = OneBased(c.history);
-    view = FakeView{};
+    StartLists(c.keepNum, c.newFirst, c.oldItems, c.history);
     view.dieValue = "typed";
     Items items = OneBased(c.newItems), expected = OneBased(c.expected);
-    ApplyAlwaysAddItems(Items(items.begin() + 1, items.end()));
-    EXPECT_EQ(AlwaysAddItems, items);
-    EXPECT_EQ(DieHistory, expected);
-    EXPECT_EQ(view.list, c.rebuilt ? Items(expected.begin() + 1, expected.end()) : Items{});
-    EXPECT_EQ(view.dieValue, "typed");
+    ApplyAlwaysAddItems(Listed(true, items));
+    EXPECT_EQ(std::make_tuple(AlwaysAddItems, DieHistory, view.list, view.dieValue),
+              std::make_tuple(items, expected, Listed(c.rebuilt, expected), "typed"));
   }
   EXPECT_EQ(settings.KeepNum, 2);  // raised to the number of items, even unchanged ones
 }
@@ -162,6 +147,8 @@ TEST_F(DialogModelsTest, AlwaysAddItems) {
 // Shown texts are cut at a limit, long lines broken at a width; neither
 // splits a CR LF or a UTF-8 character.
 TEST_F(DialogModelsTest, ShownTextIsLimitedAndItsLongLinesBroken) {
+  // A text, a size and what becomes of the text.
+  using TextCase = std::tuple<std::string, size_t, std::string>;
   const TextCase limited[] = {
       {"abcdef", 6, "abcdef"},
       {"ab\r\ncd\r\nef", 9, "ab\r\ncd\r\n... 2 more characters not shown"},

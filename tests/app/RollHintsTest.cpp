@@ -108,9 +108,9 @@ TEST_F(RollHintsTest, DieValues) {
 // A one-line script calculates its text as an expression ("=4d6k3" above);
 // its failures become a value, and it gets hints only without "@" and quotes.
 TEST_F(RollHintsTest, OneLineScriptsAndTheDefaultDie) {
-  EXPECT_EQ(RollHints("=(1+2", "0", {EvalFault::UnpairedParentheses, {}}), Items{});
-  EXPECT_EQ(RollHints("=@best(3,4d6)k", "17"), Items{});
-  EXPECT_EQ(RollHints("=\"x\" k", "x"), Items{});
+  EXPECT_EQ(std::make_tuple(RollHints("=(1+2", "0", {EvalFault::UnpairedParentheses, {}}),
+                            RollHints("=@best(3,4d6)k", "17"), RollHints("=\"x\" k", "x")),
+            std::make_tuple(Items{}, Items{}, Items{}));
   // The default die is read as the roll read it.
   engineSettings.DieType = "6w";
   EXPECT_EQ(RollHints("3d+1", "13"),

@@ -39,18 +39,13 @@ TEST_F(HistoryTest, Rules) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.history) + " + " + c.value);
-    settings.KeepNum = static_cast<int16_t>(c.keepNum);
-    settings.NewFirst = c.newFirst;
+    StartLists(c.keepNum, c.newFirst, c.always, c.history);
     settings.KeepAlways = c.keepAlways;
-    AlwaysAddItems = OneBased(c.always);
-    DieHistory = OneBased(c.history);
-    Items expected = OneBased(c.expected);
-    view = FakeView{};
     std::string value = c.value;
     AddToHistory(value);
-    EXPECT_EQ(DieHistory, expected);
-    EXPECT_EQ(view.list, c.rebuilt ? Items(expected.begin() + 1, expected.end()) : Items{});
-    EXPECT_EQ(view.dieValue, c.rebuilt ? c.value : "");
+    Items expected = OneBased(c.expected);
+    EXPECT_EQ(std::make_tuple(DieHistory, view.list, view.dieValue),
+              std::make_tuple(expected, Listed(c.rebuilt, expected), c.rebuilt ? c.value : ""));
   }
 }
 
@@ -62,9 +57,8 @@ TEST_F(RollRequestTest, Outcomes) {
   // exact outcomes through the request).
   const std::string best = "4d6= +6+1+3+2= 12\r\nBest(2,+6+1+3+2)=(+6+3)\r\n",
                     foo = "Error: function not found in line:\r\nresult=@foo(1)";
-  struct Case {
-    std::string typed, dieValue, result, eachResult, history;
-  } cases[] = {
+  // Typed, the die value shown, the result, its details, the history.
+  const std::string cases[][5] = {
       // clang-format off
       {"  2+3 ",           "2+3",              "5",              "Calc: 2+3=5",   "2+3"},
       {"",                 "",                 "0",              "",              ""},
@@ -79,13 +73,14 @@ TEST_F(RollRequestTest, Outcomes) {
   runFlags.BreakRequested = true;  // a break of an earlier roll is forgotten
   ScriptRandom({FaceToRnd(4, 6), FaceToRnd(6, 6), FaceToRnd(1, 6), FaceToRnd(3, 6),
                 FaceToRnd(2, 6)});  // the bare die, then @best's four
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.typed);
+  for (const auto& [typed, dieValue, result, eachResult, history] : cases) {
+    SCOPED_TRACE(typed);
     DieHistory.assign(1, "");
-    Roll(c.typed);
-    EXPECT_EQ(std::make_tuple(view.dieValue, view.result, view.eachResult, DieHistory),
-              std::make_tuple(c.dieValue, c.result, c.eachResult, OneBased(c.history)));
-    EXPECT_EQ(view.clipboard, " rolls " + c.result + " on " + c.dieValue);
+    Roll(typed);
+    EXPECT_EQ(
+        std::make_tuple(view.dieValue, view.result, view.eachResult, DieHistory, view.clipboard),
+        std::make_tuple(dieValue, result, eachResult, OneBased(history),
+                        " rolls " + result + " on " + dieValue));
   }
   // A one-line script runs as a script of its own, not the editor's.
   EXPECT_EQ(ScriptLines, (Items{"", std::string(1, '\0') + "result=@foo(1)"}));
@@ -127,10 +122,10 @@ TEST_F(RollRequestTest, ErrorsBeforeAndAfterTheDice) {
     ui.messages.clear();
     ui.busyChanges.clear();
     Roll(typed);
-    EXPECT_EQ(view.result, "<error>");
-    EXPECT_EQ(view.eachResult, "<error>");
-    EXPECT_EQ(ui.Texts(), Items{message});
-    EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));  // the busy pointer goes
+    // The busy pointer goes.
+    EXPECT_EQ(
+        std::make_tuple(view.result, view.eachResult, ui.Texts(), ui.busyChanges),
+        std::make_tuple("<error>", "<error>", Items{message}, std::vector<bool>{true, false}));
   }
 }
 
@@ -157,30 +152,26 @@ TEST_F(ScriptRequestTest, TheEditorsScriptRuns) {
     ui.messages.clear();
     view.script = script;
     Roll(typed);
-    EXPECT_EQ(view.result, result);
-    EXPECT_EQ(view.eachResult, eachResult);
-    EXPECT_EQ(view.clipboard, " rolls " + result + " on " + typed);
-    EXPECT_EQ(ui.Texts(), message.empty() ? Items{} : Items{message});
+    EXPECT_EQ(std::make_tuple(view.result, view.eachResult, view.clipboard, ui.Texts()),
+              std::make_tuple(result, eachResult, " rolls " + result + " on " + typed,
+                              message.empty() ? Items{} : Items{message}));
   }
   EXPECT_EQ(DieHistory, OneBased("Combat.DIE"));
 }
 
 // The editor is told the line where its script went wrong.
 TEST_F(ScriptRequestTest, TheLineWhereTheEditorsScriptStopped) {
-  const struct {
-    std::string script, typed;
-    int32_t line;
-  } cases[] = {
+  // The script, the die value and the line the editor is told (0: none).
+  const std::tuple<std::string, std::string, int32_t> cases[] = {
       {"x = 1\r\n\r\ngoto nowhere\r\n:there", "<current script>", 3},  // not run
       {"result = 1\r\nx = @foo(1)", "fight.die", 2},                   // <script error>
       {"result = 1\r\nend\r\nnext", "<current script>", 0},
       {"next", "=@foo(1)", 0},  // a one-line script is not the editor's
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.script);
-    view.script = c.script;
-    Roll(c.typed);
-    EXPECT_EQ(view.errorLine, c.line);
+  for (const auto& [script, typed, line] : cases) {
+    view.script = script;
+    Roll(typed);
+    EXPECT_EQ(view.errorLine, line) << script;
   }
 }
 
@@ -192,13 +183,12 @@ TEST_F(ScriptRequestTest, EscapeBreaksTheScriptOrTheRoll) {
     if (pump == 5000) runFlags.BreakRequested = true;
   };
   Roll("<current script>");
-  EXPECT_EQ(view.result, "<break>");
-  EXPECT_EQ(view.eachResult, "BREAK: ESC key pressed or Pause 'Cancel' pressed.");
+  EXPECT_EQ(std::make_tuple(view.result, view.eachResult),
+            std::make_tuple("<break>", "BREAK: ESC key pressed or Pause 'Cancel' pressed."));
   ui.onPump = [](long) { runFlags.BreakRequested = true; };
   Roll("100d6");
-  EXPECT_EQ(view.result, "<break>");
-  EXPECT_EQ(view.eachResult, "<break>");
-  EXPECT_EQ(view.clipboard, " rolls <break> on 100d6");
+  EXPECT_EQ(std::make_tuple(view.result, view.eachResult, view.clipboard),
+            std::make_tuple("<break>", "<break>", " rolls <break> on 100d6"));
   EXPECT_TRUE(ui.messages.empty());
 }
 

@@ -96,13 +96,11 @@ TEST_F(SettingsTest, StartUpReadsDatThenDefThenIni) {
             "a\r\nb\r\nc\r\n");
   dir.Write("gandrel.ini", "[Settings]\nKeepNum=2\n");
   StartUp();
-  EXPECT_EQ(engineSettings.DieType, "10");
-  EXPECT_EQ(AlwaysAddItems, OneBased("4df 4df 3d6+2 DIE=10 a b c"));
-  EXPECT_EQ(DieHistory, AlwaysAddItems);
+  const Items items = OneBased("4df 4df 3d6+2 DIE=10 a b c");
+  EXPECT_EQ(std::make_tuple(engineSettings.DieType, AlwaysAddItems, DieHistory, view.dieValue,
+                            settings.KeepNum, ListDieTypeEntries()),
+            std::make_tuple("10", items, items, "4df", 7, Items{"dfate = -2 to 1"}));
   EXPECT_EQ(view.list, (Items{"4df", "4df", "4df", "4df", "3d6+2", "DIE=10", "a", "b", "c"}));
-  EXPECT_EQ(view.dieValue, "4df");
-  EXPECT_EQ(settings.KeepNum, 7);
-  EXPECT_EQ(ListDieTypeEntries(), Items{"dfate = -2 to 1"});
   dir.Write("gandrel.ini", "[Settings]\nDieType=d8\n");  // the settings file has the last word
   StartUp();
   EXPECT_EQ(engineSettings.DieType, "d8");
@@ -164,10 +162,10 @@ TEST_F(SettingsTest, WhatIsMissingAndWhatCanBeRead) {
 TEST_F(SettingsTest, SaveFailuresAreTold) {
   fs::create_directories(dir.Path("gandrel.def/keep"));
   EXPECT_FALSE(SaveSettings());
-  EXPECT_EQ(ui.Texts().size(), 1u);
-  EXPECT_TRUE(fs::exists(dir.Path("gandrel.def/keep")));
-  EXPECT_TRUE(fs::is_regular_file(dir.Path("gandrel.ini")));
-  EXPECT_EQ(std::distance(fs::directory_iterator(dir.path()), fs::directory_iterator{}), 2);
+  EXPECT_EQ(std::make_tuple(ui.Texts().size(), fs::exists(dir.Path("gandrel.def/keep")),
+                            fs::is_regular_file(dir.Path("gandrel.ini")),
+                            std::distance(fs::directory_iterator(dir.path()), {})),
+            std::make_tuple(1u, true, true, 2));
   ui.messages.clear();
   SetAppDirectory("/proc/self");  // no file can be made there, even by root
   EXPECT_FALSE(SaveSettings());
@@ -297,9 +295,9 @@ TEST_F(SettingsTest, AtomicWrite) {
   fs::permissions(dir.Path("new/deeper/f.txt"), fs::perms(0640));
   fs::create_symlink(dir.Path("new/deeper/f.txt"), dir.Path("link"));
   ASSERT_TRUE(WriteTextFileAtomic(dir.Path("link"), "two", reason));
-  EXPECT_TRUE(fs::is_symlink(dir.Path("link")));
-  EXPECT_EQ(dir.Read("new/deeper/f.txt"), "two");
-  EXPECT_EQ(fs::status(dir.Path("link")).permissions(), fs::perms(0640));
+  EXPECT_EQ(std::make_tuple(fs::is_symlink(dir.Path("link")), dir.Read("new/deeper/f.txt"),
+                            fs::status(dir.Path("link")).permissions()),
+            std::make_tuple(true, "two", fs::perms(0640)));
 }
 
 }  // namespace

@@ -16,6 +16,15 @@ namespace gandrel::testing {
 
 using Items = std::vector<std::string>;
 
+// "a b c" as the 1-based list {"", "a", "b", "c"}.
+inline Items OneBased(const std::string& entries) {
+  Items list{""};
+  std::istringstream words(entries);
+  for (std::string w; words >> w;)
+    list.push_back(w);
+  return list;
+}
+
 // The main window as a record of what the shell showed, with file dialogs
 // answered from a list.
 class FakeView : public MainView {
@@ -83,18 +92,22 @@ class ShellTest : public EngineTest {
     view.dieValue = typed;
     RollDieValue();
   }
+  // The lists a history case starts from (blank-separated entries), in a
+  // fresh view.
+  void StartLists(int keepNum, bool newFirst, const char* always, const char* history) {
+    settings.KeepNum = static_cast<int16_t>(keepNum);
+    settings.NewFirst = newFirst;
+    AlwaysAddItems = OneBased(always);
+    DieHistory = OneBased(history);
+    view = FakeView{};
+  }
+  // What the view lists once the 1-based history is shown (nothing if not).
+  static Items Listed(bool shown, const Items& history) {
+    return shown ? Items(history.begin() + 1, history.end()) : Items{};
+  }
 
   FakeView view;
   TempFolder dir;  // the application's folder
 };
-
-// "a b c" as the 1-based list {"", "a", "b", "c"}.
-inline Items OneBased(const std::string& entries) {
-  Items list{""};
-  std::istringstream words(entries);
-  for (std::string w; words >> w;)
-    list.push_back(w);
-  return list;
-}
 
 }  // namespace gandrel::testing

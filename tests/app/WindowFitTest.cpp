@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/WindowFit.h"
 
 namespace gandrel::testing {
@@ -9,12 +11,8 @@ TEST(WindowFit, ShrinksFirstThenMovesInside) {
   // A 1280x800 screen at scale factor 2, less a 20-pixel panel at the top.
   const ScreenRect screen{0, 20, 640, 380};
   const FrameMargins frame{2, 18, 2, 2};
-  const struct {
-    const char* what;
-    ScreenRect wanted;
-    int minWidth, minHeight;
-    ScreenRect fitted;
-  } cases[] = {
+  // What the case is, the place wanted, the least width and height, the place given.
+  const std::tuple<const char*, ScreenRect, int, int, ScreenRect> cases[] = {
       {"design size on the small screen", {120, 80, 760, 520}, 400, 300, {2, 38, 636, 360}},
       {"fits already", {100, 100, 300, 200}, 0, 0, {100, 100, 300, 200}},
       {"off to the right and below", {600, 390, 300, 200}, 0, 0, {338, 198, 300, 200}},
@@ -22,10 +20,8 @@ TEST(WindowFit, ShrinksFirstThenMovesInside) {
       {"minimum larger than the screen", {300, 300, 900, 700}, 700, 500, {2, 38, 700, 500}},
       {"empty size", {10, 40, 0, 0}, 0, 0, {10, 40, 1, 1}},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_EQ(FitWindowRect(c.wanted, frame, screen, c.minWidth, c.minHeight), c.fitted);
-  }
+  for (const auto& [what, wanted, minWidth, minHeight, fitted] : cases)
+    EXPECT_EQ(FitWindowRect(wanted, frame, screen, minWidth, minHeight), fitted) << what;
 }
 
 }  // namespace

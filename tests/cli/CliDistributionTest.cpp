@@ -37,8 +37,7 @@ TEST_F(CliDistributionTest, TableAndSummary) {
             "<calc error>      50.000%\n"
             "mean 1.5, sd 0.5, min 1, max 2, median 1\n"
             "failure 50.000%, truncated 0%\n");
-  EXPECT_EQ(o.err, "");
-  EXPECT_EQ(o.status, 0);
+  EXPECT_EQ(std::make_tuple(o.err, o.status), std::make_tuple(std::string(), 0));
   // Quiet: the tables only; die values from standard input; the user's die
   // types count.
   config.Write("gandrel.def", "define dfate = -1 to 1\r\n");
@@ -78,8 +77,7 @@ TEST_F(CliDistributionTest, JsonAndExitStatus) {
   };
   for (const auto& [args, out, status] : cases) {
     CliOutcome o = Run(args);
-    EXPECT_EQ(o.out, out);
-    EXPECT_EQ(o.status, status) << out;
+    EXPECT_EQ(std::tie(o.out, o.status), std::make_tuple(out, status));
   }
 }
 
@@ -98,17 +96,17 @@ TEST_F(CliDistributionTest, ScriptsAreEstimatedWithoutPrompts) {
       << o.out;
   EXPECT_NE(o.out.find(R"j({"result":"9","p":)j"), std::string::npos);
   EXPECT_NE(o.out.find(R"j(,"samples":400,"stderr":0.02)j"), std::string::npos) << o.out;
-  EXPECT_EQ(o.err, "");
-  EXPECT_EQ(o.status, 0);
+  EXPECT_EQ(std::make_tuple(o.err, o.status), std::make_tuple(std::string(), 0));
   // The same seed, the same estimate.
   EXPECT_EQ(Run({"--json", "--samples", "400", "--seed", "5", script}).out, o.out);
 
   std::string missing = config.Path("missing.die");
   o = Run({"--json", missing});
-  EXPECT_EQ(o.out, "{\"dieValue\":" + JsonString(missing) + ",\"error\":" +
-                       JsonString("cannot read " + missing + ": No such file or directory") +
-                       "}\n");
-  EXPECT_EQ(o.status, 1);
+  EXPECT_EQ(std::make_tuple(o.out, o.status),
+            std::make_tuple(
+                "{\"dieValue\":" + JsonString(missing) + ",\"error\":" +
+                    JsonString("cannot read " + missing + ": No such file or directory") + "}\n",
+                1));
 }
 
 // Ctrl-C stops the estimate under way and the run.
@@ -117,8 +115,8 @@ TEST_F(CliDistributionTest, InterruptStops) {
   SetPumpEveryCall(true);
   NoteInterrupt();
   CliOutcome o = Run({script, "3d6"});
-  EXPECT_EQ(o.out, script + ": not worked out: cancelled\n");
-  EXPECT_EQ(o.status, 1);
+  EXPECT_EQ(std::make_tuple(o.out, o.status),
+            std::make_tuple(script + ": not worked out: cancelled\n", 1));
 }
 
 }  // namespace

@@ -49,9 +49,8 @@ TEST_F(TerminalWindowsTest, GetReadsALineAndEnterOrTheEndKeepsTheDefault) {
     Terminal terminal(input, interactive);
     runFlags.InputValue = 99;
     terminal.windows->GetNumber("Hit points?", defaultText);
-    EXPECT_EQ(runFlags.InputValue, stored);
-    EXPECT_EQ(terminal.Err(), err);
-    EXPECT_EQ(terminal.Out(), "");
+    EXPECT_EQ(std::make_tuple(runFlags.InputValue, terminal.Err(), terminal.Out()),
+              std::make_tuple(stored, err, ""));
   }
 }
 
@@ -88,13 +87,12 @@ TEST_F(TerminalWindowsTest, PromptsShareTheInputAndPauseWaitsOnATerminal) {
   EXPECT_EQ(runFlags.InputValue, 4);
   runFlags.Paused = true;
   terminal.windows->ShowPause();
-  EXPECT_FALSE(runFlags.Paused);
-  EXPECT_TRUE(runFlags.PauseEnded);
+  EXPECT_EQ(std::make_tuple(runFlags.Paused, runFlags.PauseEnded), std::make_tuple(false, true));
   terminal.windows->GetNumber("b", "1");
-  EXPECT_EQ(runFlags.InputValue, 5);
+  EXPECT_EQ(std::make_tuple(runFlags.InputValue, runFlags.BreakRequested),
+            std::make_tuple(5.0, false));
   EXPECT_NE(terminal.Err().find("Paused, please press Enter to continue with the script..."),
             std::string::npos);
-  EXPECT_FALSE(runFlags.BreakRequested);
 }
 
 TEST_F(TerminalWindowsTest, OutputWindowsEchoAsPrintedAndKeepTheirLastText) {
@@ -150,10 +148,9 @@ TEST_F(TerminalWindowsTest, CtrlCDuringAPromptIsABreak) {
   user.join();
   if (!gaveUp) close(fds[1]);
   std::signal(SIGINT, SIG_DFL);
-  EXPECT_FALSE(gaveUp);
-  EXPECT_TRUE(Interrupted());
-  EXPECT_TRUE(runFlags.BreakRequested);
-  EXPECT_EQ(runFlags.InputValue, 99);
+  EXPECT_EQ(
+      std::make_tuple(gaveUp.load(), Interrupted(), runFlags.BreakRequested, runFlags.InputValue),
+      std::make_tuple(false, true, true, 99.0));
   ClearInterrupts();
 }
 

@@ -95,24 +95,24 @@ TEST_F(CliRunTest, OutputAndStatus) {
   };
   for (const auto& [args, input, out, status] : cases) {
     CliOutcome o = Run(args, input);
-    EXPECT_EQ(o.out, out) << ::testing::PrintToString(args);
-    EXPECT_EQ(o.status, status) << out;
+    EXPECT_EQ(std::tie(o.out, o.status), std::make_tuple(out, status))
+        << ::testing::PrintToString(args);
   }
 }
 
 TEST_F(CliRunTest, MessagesAndInterrupts) {
   CliOutcome o = Run({"-q", std::string(40000, '1'), "2"});
   EXPECT_EQ(std::make_tuple(o.status, o.out, o.err),
-            std::make_tuple(1, std::string("<error>\n2\n"),
-                            std::string("gandrel: I'm sorry, but the following error has "
-                                        "occurred:\nOverflow\n\nIf entering a very long die "
-                                        "value, please shorten it or roll it in parts.\n")));
+            std::make_tuple(1, "<error>\n2\n",
+                            "gandrel: I'm sorry, but the following error has occurred:\nOverflow"
+                            "\n\nIf entering a very long die value, please shorten it or roll it "
+                            "in parts.\n"));
 
   SetPumpEveryCall(true);
   NoteInterrupt();
   o = Run({"-q", "100d6", "2+2"});
-  EXPECT_EQ(o.out, "<break>\n");  // the roll breaks and the run stops
-  EXPECT_EQ(o.status, 1);
+  // The roll breaks and the run stops.
+  EXPECT_EQ(std::make_tuple(o.out, o.status), std::make_tuple(std::string("<break>\n"), 1));
 }
 
 // A script with each kind of prompt and two output windows. Its answers come
@@ -147,9 +147,7 @@ TEST_F(CliRunTest, ScriptPromptsReadTheInputAndWindowsGoToTheOutput) {
   for (const auto& [args, input, out, err] : cases) {
     SCOPED_TRACE(input);
     CliOutcome o = Run(args, input);
-    EXPECT_EQ(o.out, out);
-    EXPECT_EQ(o.err, err);
-    EXPECT_EQ(o.status, 0);
+    EXPECT_EQ(std::tie(o.out, o.err, o.status), std::make_tuple(out, err, 0));
   }
 }
 
@@ -164,9 +162,11 @@ TEST_F(CliRunTest, AScriptFileThatCannotBeRead) {
   std::string folder = config.Path("folder.die");
   fs::create_directory(folder);
   o = Run({"--json", folder});
-  EXPECT_EQ(o.out, "{\"dieValue\":" + JsonString(folder) +
-                       R"(,"result":"","details":"","clipboard":" rolls  on )" + folder + "\"}\n");
-  EXPECT_EQ(o.err, "gandrel: cannot read " + folder + ": Is a directory\n");
+  EXPECT_EQ(std::make_tuple(o.out, o.err),
+            std::make_tuple("{\"dieValue\":" + JsonString(folder) +
+                                R"(,"result":"","details":"","clipboard":" rolls  on )" + folder +
+                                "\"}\n",
+                            "gandrel: cannot read " + folder + ": Is a directory\n"));
 }
 
 // Every entry of a folder: its name, kind, size and time of change.
@@ -186,27 +186,19 @@ std::string Listing(const fs::path& folder) {
 // pipe is not waited for.
 TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {
   // gandrel.ini, gandrel.def and gandrel.dat (nullptr: none, "": empty, as
-  // missing files are to the reader, "|": a pipe), the
-  // arguments, the output and the number of messages.
-  const struct {
-    const char *ini, *def, *dat;
-    Args args;
-    std::string out;
-    size_t messages;
-  } cases[] = {
-      {"[Settings]\nLongResults=0\n",
-       "define fate = -1 to -1\n",
-       nullptr,
-       {"-n", "2", "4dfate"},
-       "-4\n-4\n",
-       0},  // long results off: one line a roll
-      {"", "", "", {"-q", "2+3"}, "5\n", 0},
-      {"|", "|", "|", {"-q", "2+3"}, "5\n", 3},
+  // missing files are to the reader, "|": a pipe), the arguments, the output
+  // and the number of messages. Long results off: one line a roll.
+  const std::tuple<const char*, const char*, const char*, Args, std::string, size_t> cases[] = {
+      // clang-format off
+      {"[Settings]\nLongResults=0\n", "define df = -1 to -1\n", nullptr, {"-n2", "4df"}, "-4\n-4\n", 0},
+      {"",                            "",                       "",      {"-q", "2+3"},  "5\n",      0},
+      {"|",                           "|",                      "|",     {"-q", "2+3"},  "5\n",      3},
+      // clang-format on
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.out);
+  for (const auto& [ini, def, dat, args, out, messages] : cases) {
+    SCOPED_TRACE(out);
     for (auto [name, text] :
-         {std::pair{"gandrel.ini", c.ini}, {"gandrel.def", c.def}, {"gandrel.dat", c.dat}}) {
+         {std::pair{"gandrel.ini", ini}, {"gandrel.def", def}, {"gandrel.dat", dat}}) {
       fs::remove(config.Path(name));
       if (text && std::string(text) == "|") {
         ASSERT_EQ(mkfifo(config.Path(name).c_str(), 0600), 0);
@@ -216,11 +208,12 @@ TEST_F(CliRunTest, ReadsButNeverWritesTheFiles) {
     }
     std::string before = Listing(config.path());
     alarm(20);  // a start-up that waits on a pipe ends the test program
-    CliOutcome o = Run(c.args);
+    CliOutcome o = Run(args);
     alarm(0);
-    EXPECT_EQ(o.out, c.out);
-    EXPECT_EQ(std::count(o.err.begin(), o.err.end(), '\n'), c.messages) << o.err;
-    EXPECT_EQ(Listing(config.path()), before);
+    EXPECT_EQ(std::make_tuple(o.out, std::count(o.err.begin(), o.err.end(), '\n'),
+                              Listing(config.path())),
+              std::make_tuple(out, messages, before))
+        << o.err;
   }
 }
 
@@ -247,8 +240,7 @@ TEST(CliProgram, ExitStatus) {
   };
   for (const auto& [command, status, expected] : cases) {
     CliOutcome run = Shell(command);
-    EXPECT_EQ(run.status, status) << command;
-    EXPECT_EQ(run.out, expected) << command;
+    EXPECT_EQ(std::tie(run.status, run.out), std::make_tuple(status, expected)) << command;
   }
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <string>
+#include <tuple>
 
 #include "cli/CliFixture.h"
 
@@ -17,12 +18,7 @@ class ExamplesTest : public ::testing::Test {
  protected:
   void SetUp() override { fs::create_directories(folder.Path("config")); }
 
-  // gandrel-cli ARGS examples/SCRIPT, answers on standard input, in folder.
-  CliOutcome RunExample(const std::string& script, const std::string& args,
-                        const std::string& answers) {
-    return RunScript(std::string(GANDREL_EXAMPLES) + "/" + script, args, answers);
-  }
-
+  // gandrel-cli ARGS PATH, answers on standard input, in folder.
   CliOutcome RunScript(const std::string& path, const std::string& args,
                        const std::string& answers) {
     folder.Write("answers", answers);
@@ -80,10 +76,8 @@ TEST_F(ExamplesTest, EachExampleRunsAsAPlayerWouldRunIt) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.script) + " " + c.args);
-    CliOutcome run = RunExample(c.script, c.args, c.answers);
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out, c.out);
-    EXPECT_EQ(run.err, c.err);
+    CliOutcome run = RunScript(std::string(GANDREL_EXAMPLES) + "/" + c.script, c.args, c.answers);
+    EXPECT_EQ(std::tie(run.status, run.out, run.err), std::make_tuple(0, c.out, c.err));
   }
   // The loot is written down too, with Windows line ends.
   EXPECT_EQ(folder.Read("loot.txt"), "----\r\nGold: 130\r\nAlso: a rusty key\r\n");
