@@ -60,8 +60,7 @@ TEST_F(RunScriptTest, LinesTheTokenizerNeverMakes) {
   engineSettings.LongResults = false;
   for (const Case& c : cases) {
     ScriptOutcome outcome = RunLines(c.lines);
-    EXPECT_EQ(outcome.result, c.result) << c.lines[1];
-    EXPECT_EQ(outcome.log, c.log) << c.lines[1];
+    EXPECT_EQ(std::pair(outcome.result, outcome.log), std::pair(c.result, c.log)) << c.lines[1];
   }
   EXPECT_TRUE(ui.outputs.empty());  // an empty window name opens nothing
 }
@@ -89,9 +88,7 @@ TEST_F(RunScriptTest, RunsItsOwnCopyOfTheLines) {
   Lines lines = {"", T(ScriptCode::Other, "x = 1"), T(ScriptCode::Other, "result = 2")};
   SetPumpEveryCall(true);
   ui.onPump = [&](long) { lines.assign(1, ""); };
-  std::string result, log;
-  RunScript(lines, result, log);
-  EXPECT_EQ(result, "2");
+  EXPECT_EQ(RunLines(lines).result, "2");
 }
 
 // TIME writes "hh:mm:ss" CR LF to the log.
@@ -159,8 +156,8 @@ TEST_F(RealFilesTest, AppendOverwriteAndFailures) {
   alarm(20);
   for (const char* path : {"Sub", "missing/x.txt", "pipe"}) {
     outcome = RunScriptText(std::string("open file a, ") + path);
-    EXPECT_EQ(outcome.result, "<script error>") << path;
-    EXPECT_EQ(outcome.log, kOpenFileError) << path;
+    EXPECT_EQ(std::tuple(outcome.result, outcome.log), std::tuple("<script error>", kOpenFileError))
+        << path;
   }
   alarm(0);
 }
