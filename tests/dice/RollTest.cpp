@@ -322,8 +322,7 @@ TEST_F(Roll, ParseListKeepsEveryToken) {
   std::string statement = "define dl = 7,8,9", roll = "4dl", dropped;
   ParseDefine(statement);
   Calc(roll, dropped);
-  EXPECT_EQ(GetListCount(held), 2);
-  EXPECT_EQ(GetListItem(held, 2), "y");
+  EXPECT_EQ(std::tuple(GetListCount(held), GetListItem(held, 2)), std::tuple(2, "y"));
   EXPECT_THROW(ParseList(std::string(40000, ','), ",", count, items), RuntimeError);
 }
 

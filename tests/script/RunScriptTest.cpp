@@ -141,12 +141,8 @@ TEST_F(RealFilesTest, AppendOverwriteAndFailures) {
   folder.Write("Sub/Log.TXT", "old\r\n");
   folder.Write("new.txt", "old");
   ScriptOutcome outcome = RunScriptText(
-      "open file a, Sub\\Log.TXT\n"
-      "printnl a, 1 + 1\n"
-      "print a, \"x\"\n"
-      "open file b, new.txt, over\n"
-      "printnl b, \"c\"\n"
-      "result = 1");
+      "open file a, Sub\\Log.TXT\nprintnl a, 1 + 1\nprint a, \"x\"\n"
+      "open file b, new.txt, over\nprintnl b, \"c\"\nresult = 1");
   EXPECT_EQ(outcome.result, "1");
   EXPECT_EQ(folder.Read("Sub/Log.TXT"), "old\r\n2\r\nx");
   EXPECT_EQ(folder.Read("new.txt"), "c\r\n");
