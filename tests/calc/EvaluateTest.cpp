@@ -48,16 +48,14 @@ class EvaluateTest : public testing::EngineTest {
     }
     EXPECT_TRUE(ui.messages.empty());
   }
-  // The value 0, the "%" in front, and the message box shown (none when
-  // message is empty).
+  // The value 0, the "%" in front, and the one message box shown.
   void ExpectFailure(const std::string& expression, const std::string& message) {
     ui.messages.clear();
     std::string text = expression;
-    EXPECT_EQ(Evaluate(text), 0) << expression.substr(0, 40);
-    EXPECT_EQ(text, "%" + expression);
-    std::vector<std::string> shown;
-    if (!message.empty()) shown.push_back(message);
-    EXPECT_EQ(ui.Texts(), shown) << expression.substr(0, 40);
+    double value = Evaluate(text);
+    EXPECT_EQ(std::tuple(value, text, ui.Texts()),
+              std::tuple(0.0, "%" + expression, std::vector{message}))
+        << expression.substr(0, 40);
   }
 };
 
