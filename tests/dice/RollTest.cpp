@@ -213,13 +213,12 @@ TEST_F(Roll, CalcNamesWhyItFailed) {
 }
 
 TEST_F(Roll, CalcOutsideQuotesCalculatesEachStretch) {
-  struct Case {
-    std::string in, out;
-  } cases[] = {{"2+3 \"abc\"", "5\"abc\""}, {"\"x\" 1d1 \"y\" ", "\"x\"1\"y\" "}, {"2d1*2", "4"}};
-  for (auto& c : cases) {
-    std::string line = c.in;
+  for (auto [in, out] : {std::pair{"2+3 \"abc\"", "5\"abc\""},
+                         {"\"x\" 1d1 \"y\" ", "\"x\"1\"y\" "},
+                         {"2d1*2", "4"}}) {
+    std::string line = in;
     CalcOutsideQuotes(line);
-    EXPECT_EQ(line, c.out) << c.in;
+    EXPECT_EQ(line, out) << in;
   }
 }
 
