@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <regex>
 #include <string>
 #include <tuple>
@@ -75,13 +76,12 @@ TEST_F(RunScriptTest, RunFlagsAroundARun) {
   SetPumpEveryCall(true);
   ui.onPump = [&](long) { running.push_back(runFlags.ScriptRunning); };
   EXPECT_EQ(RunLines(lines).result, "2");
-  EXPECT_FALSE(running.empty());
-  EXPECT_EQ(std::count(running.begin(), running.end(), false), 0);
+  EXPECT_TRUE(!running.empty() && std::ranges::all_of(running, std::identity{}));
   EXPECT_EQ(
       std::tuple(runFlags.ScriptRunning, runFlags.BreakEnabled, runFlags.LogOn, runFlags.Paused),
       std::tuple(false, true, false, false));
-  EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));
-  EXPECT_EQ(ui.waits, 1);  // the pause waited once, and was answered
+  // The pause waited once, and was answered.
+  EXPECT_EQ(std::tuple(ui.busyChanges, ui.waits), std::tuple(std::vector<bool>{true, false}, 1));
 }
 
 TEST_F(RunScriptTest, RunsItsOwnCopyOfTheLines) {
