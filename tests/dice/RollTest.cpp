@@ -213,13 +213,12 @@ TEST_F(Roll, CalcNamesWhyItFailed) {
 }
 
 TEST_F(Roll, CalcOutsideQuotesCalculatesEachStretch) {
-  struct Case {
-    std::string in, out;
-  } cases[] = {{"2+3 \"abc\"", "5\"abc\""}, {"\"x\" 1d1 \"y\" ", "\"x\"1\"y\" "}, {"2d1*2", "4"}};
-  for (auto& c : cases) {
-    std::string line = c.in;
+  for (auto [in, out] : {std::pair{"2+3 \"abc\"", "5\"abc\""},
+                         {"\"x\" 1d1 \"y\" ", "\"x\"1\"y\" "},
+                         {"2d1*2", "4"}}) {
+    std::string line = in;
     CalcOutsideQuotes(line);
-    EXPECT_EQ(line, c.out) << c.in;
+    EXPECT_EQ(line, out) << in;
   }
 }
 
@@ -322,8 +321,7 @@ TEST_F(Roll, ParseListKeepsEveryToken) {
   std::string statement = "define dl = 7,8,9", roll = "4dl", dropped;
   ParseDefine(statement);
   Calc(roll, dropped);
-  EXPECT_EQ(GetListCount(held), 2);
-  EXPECT_EQ(GetListItem(held, 2), "y");
+  EXPECT_EQ(std::tuple(GetListCount(held), GetListItem(held, 2)), std::tuple(2, "y"));
   EXPECT_THROW(ParseList(std::string(40000, ','), ",", count, items), RuntimeError);
 }
 

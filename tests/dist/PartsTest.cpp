@@ -24,13 +24,6 @@ class Parts : public DistTest {
   Work work{options};
 };
 
-ValueDist Face(std::vector<int64_t> values, std::vector<double> probs) {
-  ValueDist face;
-  face.values = std::move(values);
-  face.probs = std::move(probs);
-  return face;
-}
-
 // Every roll of the groups' dice, one die after the other.
 void EveryRoll(const std::vector<DieGroup>& groups,
                const std::function<void(const std::vector<int64_t>&, double)>& visit) {
@@ -51,9 +44,10 @@ void EveryRoll(const std::vector<DieGroup>& groups,
 }
 
 // Two kinds of dice, one of them uneven and partly negative, and a constant.
-const std::vector<DieGroup> kMixed = {{Face({1, 2, 3}, {1. / 3, 1. / 3, 1. / 3}), 3},
-                                      {Face({-1, 0, 2}, {.5, .25, .25}), 2},
+const std::vector<DieGroup> kMixed = {{{.values = {1, 2, 3}, .probs = {1. / 3, 1. / 3, 1. / 3}}, 3},
+                                      {{.values = {-1, 0, 2}, .probs = {.5, .25, .25}}, 2},
                                       {ValueDist::Constant(2), 1}};
+const ValueDist kD6{.values = {1, 2, 3, 4, 5, 6}, .probs = std::vector<double>(6, 1.0 / 6)};
 
 TEST_F(Parts, KeptDiceCountedAsEveryRollKeepsThem) {
   for (bool highest : {true, false}) {
@@ -90,10 +84,9 @@ TEST_F(Parts, KeptDiceCountedAsEveryRollKeepsThem) {
 // The window over the sums of fair dice against plain convolution, deep in
 // both tails too.
 TEST_F(Parts, SumsOfFairDiceKeepTheirPrecision) {
-  const ValueDist d6 = Face({1, 2, 3, 4, 5, 6}, std::vector<double>(6, 1.0 / 6));
-  ValueDist byWindow = SumOfCopies(d6, 60, work), oneByOne = d6;
+  ValueDist byWindow = SumOfCopies(kD6, 60, work), oneByOne = kD6;
   for (int i = 1; i < 60; ++i)
-    oneByOne = Convolve(oneByOne, d6, work);
+    oneByOne = Convolve(oneByOne, kD6, work);
   ASSERT_EQ(byWindow.values, oneByOne.values);
   for (size_t i = 0; i < byWindow.Size(); ++i)
     EXPECT_NEAR(byWindow.probs[i] / oneByOne.probs[i], 1, 1e-12) << byWindow.values[i];
@@ -101,8 +94,7 @@ TEST_F(Parts, SumsOfFairDiceKeepTheirPrecision) {
 }
 
 TEST_F(Parts, AnExplodingDieAndItsClosedForm) {
-  const ValueDist d6 = Face({1, 2, 3, 4, 5, 6}, std::vector<double>(6, 1.0 / 6));
-  ValueDist die = ExplodingDie(d6, 6, 1, 1e-9);
+  ValueDist die = ExplodingDie(kD6, 6, 1, 1e-9);
   // Depth 12: 6^-12 is the first power below 1e-9.
   EXPECT_NEAR(die.truncated, std::pow(6.0, -12), 1e-24);
   for (size_t i = 0; i < die.Size(); ++i) {

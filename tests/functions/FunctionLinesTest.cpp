@@ -58,8 +58,7 @@ TEST_F(FunctionLines, SortByValueIsTheCombSort) {
   SortByValue(many);
   EXPECT_EQ(many, expected);
   // Events run after each pass: some 30 passes to reach gap 1, then a few.
-  EXPECT_GT(ui.pumps, 25);
-  EXPECT_LT(ui.pumps, 60);
+  EXPECT_TRUE(ui.pumps > 25 && ui.pumps < 60) << ui.pumps;
 }
 
 TEST_F(FunctionLines, CapsBoundEveryTermAndLimitsTheTotal) {
@@ -83,8 +82,6 @@ TEST_F(FunctionLines, CapsBoundEveryTermAndLimitsTheTotal) {
       // subtracted term is subtracted, and the total 3 is lowered to -1.
       {"@ulimit(-1, 1d6-2d6)", Dice({2, 3, 4}), "-1", "ULimit(-1, 3)=-1\r\n"},
   });
-  std::string line = "2*+3+4", details;
-  EXPECT_EQ(Calc(line, details), 7);
 }
 
 TEST_F(FunctionLines, WildDiceGoOnWhileTheyShowTheHighest) {

@@ -6,6 +6,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "calc/EngineSettings.h"
@@ -39,8 +40,7 @@ inline void ExpectLines(const std::vector<LineCase>& cases, const VarStore& stor
     ScriptRandom(c.random);
     std::string line = c.line, out = details;
     ProcFunc(line, out, store);
-    EXPECT_EQ(line, c.result) << c.line;
-    EXPECT_EQ(out, c.details) << c.line;
+    EXPECT_EQ(std::pair(line, out), std::pair(c.result, c.details)) << c.line;
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <regex>
 #include <string>
 #include <tuple>
@@ -60,8 +61,7 @@ TEST_F(RunScriptTest, LinesTheTokenizerNeverMakes) {
   engineSettings.LongResults = false;
   for (const Case& c : cases) {
     ScriptOutcome outcome = RunLines(c.lines);
-    EXPECT_EQ(outcome.result, c.result) << c.lines[1];
-    EXPECT_EQ(outcome.log, c.log) << c.lines[1];
+    EXPECT_EQ(std::pair(outcome.result, outcome.log), std::pair(c.result, c.log)) << c.lines[1];
   }
   EXPECT_TRUE(ui.outputs.empty());  // an empty window name opens nothing
 }
@@ -76,22 +76,19 @@ TEST_F(RunScriptTest, RunFlagsAroundARun) {
   SetPumpEveryCall(true);
   ui.onPump = [&](long) { running.push_back(runFlags.ScriptRunning); };
   EXPECT_EQ(RunLines(lines).result, "2");
-  EXPECT_FALSE(running.empty());
-  EXPECT_EQ(std::count(running.begin(), running.end(), false), 0);
+  EXPECT_TRUE(!running.empty() && std::ranges::all_of(running, std::identity{}));
   EXPECT_EQ(
       std::tuple(runFlags.ScriptRunning, runFlags.BreakEnabled, runFlags.LogOn, runFlags.Paused),
       std::tuple(false, true, false, false));
-  EXPECT_EQ(ui.busyChanges, (std::vector<bool>{true, false}));
-  EXPECT_EQ(ui.waits, 1);  // the pause waited once, and was answered
+  // The pause waited once, and was answered.
+  EXPECT_EQ(std::tuple(ui.busyChanges, ui.waits), std::tuple(std::vector<bool>{true, false}, 1));
 }
 
 TEST_F(RunScriptTest, RunsItsOwnCopyOfTheLines) {
   Lines lines = {"", T(ScriptCode::Other, "x = 1"), T(ScriptCode::Other, "result = 2")};
   SetPumpEveryCall(true);
   ui.onPump = [&](long) { lines.assign(1, ""); };
-  std::string result, log;
-  RunScript(lines, result, log);
-  EXPECT_EQ(result, "2");
+  EXPECT_EQ(RunLines(lines).result, "2");
 }
 
 // TIME writes "hh:mm:ss" CR LF to the log.
@@ -144,12 +141,8 @@ TEST_F(RealFilesTest, AppendOverwriteAndFailures) {
   folder.Write("Sub/Log.TXT", "old\r\n");
   folder.Write("new.txt", "old");
   ScriptOutcome outcome = RunScriptText(
-      "open file a, Sub\\Log.TXT\n"
-      "printnl a, 1 + 1\n"
-      "print a, \"x\"\n"
-      "open file b, new.txt, over\n"
-      "printnl b, \"c\"\n"
-      "result = 1");
+      "open file a, Sub\\Log.TXT\nprintnl a, 1 + 1\nprint a, \"x\"\n"
+      "open file b, new.txt, over\nprintnl b, \"c\"\nresult = 1");
   EXPECT_EQ(outcome.result, "1");
   EXPECT_EQ(folder.Read("Sub/Log.TXT"), "old\r\n2\r\nx");
   EXPECT_EQ(folder.Read("new.txt"), "c\r\n");
@@ -159,8 +152,8 @@ TEST_F(RealFilesTest, AppendOverwriteAndFailures) {
   alarm(20);
   for (const char* path : {"Sub", "missing/x.txt", "pipe"}) {
     outcome = RunScriptText(std::string("open file a, ") + path);
-    EXPECT_EQ(outcome.result, "<script error>") << path;
-    EXPECT_EQ(outcome.log, kOpenFileError) << path;
+    EXPECT_EQ(std::tuple(outcome.result, outcome.log), std::tuple("<script error>", kOpenFileError))
+        << path;
   }
   alarm(0);
 }

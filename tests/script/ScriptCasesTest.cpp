@@ -70,14 +70,12 @@ const std::string kKeys[] = {"expect result",    "expect log",     "expect error
                              "expect open ",     "expect file ",   "file "};
 
 std::string Unescape(const std::string& text) {
-  static const std::map<char, char> escapes = {{'r', '\r'}, {'n', '\n'}, {'t', '\t'},
-                                               {'0', '\0'}, {'s', ' '},  {'\\', '\\'}};
+  static const std::string letters = "rnt0s\\", meant("\r\n\t\0 \\", 6);
   std::string out;
   for (size_t i = 0; i < text.size(); ++i) {
-    auto escape = escapes.end();
-    if (text[i] == '\\' && i + 1 < text.size()) escape = escapes.find(text[i + 1]);
-    out += escape == escapes.end() ? text[i] : escape->second;
-    if (escape != escapes.end()) ++i;
+    size_t k = text[i] == '\\' && i + 1 < text.size() ? letters.find(text[i + 1]) : letters.npos;
+    out += k == letters.npos ? text[i] : meant[k];
+    i += k != letters.npos;
   }
   return out;
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ScriptRunning.h"
@@ -54,8 +55,7 @@ TEST_F(TokenizeTest, KeywordForms) {
   };
   for (const Case& c : cases) {
     TokenizedLine line = TokenizeLine(c.raw, false);
-    EXPECT_EQ(line.text, c.tokenized) << c.raw;
-    EXPECT_EQ(line.isLabel, c.raw == ":Top") << c.raw;
+    EXPECT_EQ(std::pair(line.text, line.isLabel), std::pair(c.tokenized, c.raw == ":Top")) << c.raw;
   }
   EXPECT_EQ(TokenizeLine(":Top", false).label, "top");
   // The script's last line, empty (or only a comment), is END.
@@ -63,13 +63,7 @@ TEST_F(TokenizeTest, KeywordForms) {
 }
 
 TEST_F(TokenizeTest, GotoTargetsBecomeLineNumbers) {
-  Lines lines = ScriptLinesOf(
-      "goto END\n"
-      ":top\n"
-      "x = 1\n"
-      ":end\n"
-      ":TOP\n"
-      "goto top\n");
+  Lines lines = ScriptLinesOf("goto END\n:top\nx = 1\n:end\n:TOP\ngoto top\n");
   std::string error;
   SetPumpEveryCall(true);
   TokenizeScript(lines, error);

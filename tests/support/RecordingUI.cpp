@@ -26,6 +26,15 @@ class RecordedWindow final : public OutputWindow {
   std::shared_ptr<RecordingUI::Output> output_;
 };
 
+// The next answer queued, or the one the dialog would give by itself.
+template <class T>
+T NextAnswer(std::deque<T>& answers, T otherwise) {
+  if (answers.empty()) return otherwise;
+  T next = answers.front();
+  answers.pop_front();
+  return next;
+}
+
 }  // namespace
 
 RecordingUI::RecordingUI() {
@@ -53,12 +62,8 @@ void RecordingUI::WaitForEvents() {
   ++waits;
   if (!pauseUp_) return;
   pauseUp_ = false;
-  PauseAnswer next = PauseAnswer::Continue;
-  if (!pauseAnswers.empty()) {
-    next = pauseAnswers.front();
-    pauseAnswers.pop_front();
-  }
-  if (next == PauseAnswer::Cancel) runFlags.BreakRequested = true;
+  if (NextAnswer(pauseAnswers, PauseAnswer::Continue) == PauseAnswer::Cancel)
+    runFlags.BreakRequested = true;
   runFlags.Paused = false;
   runFlags.PauseEnded = true;
 }
@@ -69,11 +74,7 @@ void RecordingUI::SetBusy(bool busy) {
 
 void RecordingUI::GetNumber(const std::string& prompt, const std::string& defaultText) {
   shown.push_back("get: " + prompt + " [" + defaultText + "]");
-  std::optional<std::string> typed = defaultText;
-  if (!getAnswers.empty()) {
-    typed = getAnswers.front();
-    getAnswers.pop_front();
-  }
+  std::optional<std::string> typed = NextAnswer(getAnswers, std::optional(defaultText));
   if (typed) runFlags.InputValue = EnteredNumber(*typed);
 }
 
@@ -83,11 +84,7 @@ void RecordingUI::PickItem(const std::string& prompt, const std::vector<std::str
   for (size_t i = 0; i < items.size(); ++i)
     listed += (i ? "|" : "") + items[i];
   shown.push_back("pick: " + prompt + " [" + listed + "] " + std::to_string(selected));
-  int chosen = selected;
-  if (!pickAnswers.empty()) {
-    chosen = pickAnswers.front();
-    pickAnswers.pop_front();
-  }
+  int chosen = NextAnswer(pickAnswers, static_cast<int>(selected));
   if (chosen >= 0) runFlags.PickIndex = static_cast<int16_t>(chosen);
 }
 
