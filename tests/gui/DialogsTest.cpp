@@ -28,9 +28,9 @@ TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
     dialog.txtDieType->setText(c.dieType);
     Type(dialog.lstAlwaysAdd, "4d6");
     QTest::mouseClick(c.okay ? dialog.btnOkay : dialog.btnCancel, Qt::LeftButton);
-    EXPECT_EQ(engineSettings.DieType, c.saved ? "8" : "6");
-    EXPECT_EQ(AlwaysAddItems.size(), c.saved ? 2u : 1u);  // counted from 1
-    EXPECT_EQ(FileExists("gandrel.ini"), c.saved);
+    // The always-add items are counted from 1.
+    EXPECT_EQ(std::tuple(engineSettings.DieType, AlwaysAddItems.size(), FileExists("gandrel.ini")),
+              std::tuple(c.saved ? "8" : "6", c.saved ? 2u : 1u, c.saved));
   }
   EXPECT_EQ(ui.messages,
             (Entries{"Please give a default die, such as d6.",

@@ -149,13 +149,13 @@ TEST_F(WindowTest, HelpShowsTheGuideToScripts) {
   w.btnHelp->click();
   auto* help = w.findChild<frmHelp*>();
   ASSERT_NE(help, nullptr);
-  EXPECT_TRUE(help->isVisible());
-  EXPECT_TRUE(help->txtGuide->toPlainText().startsWith("Writing scripts"));
+  EXPECT_EQ(
+      std::tuple(help->isVisible(), help->txtGuide->toPlainText().startsWith("Writing scripts")),
+      std::tuple(true, true));
   // F1 shows the same window again.
   help->close();
   QTest::keyClick(w.comboDieValue, Qt::Key_F1);
-  EXPECT_TRUE(help->isVisible());
-  EXPECT_EQ(w.findChildren<frmHelp*>().size(), 1);
+  EXPECT_EQ(std::tuple(help->isVisible(), w.findChildren<frmHelp*>().size()), std::tuple(true, 1));
 }
 
 }  // namespace
