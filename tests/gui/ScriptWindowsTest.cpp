@@ -75,10 +75,9 @@ TEST_F(WindowTest, GetStoresTheLeadingNumberOnOkayOnlyAndKeepsItsPlace) {
     SCOPED_TRACE(c.typed);
     runFlags.InputValue = 7;
     WhenUp<frmGet>([&](frmGet& get) {
-      EXPECT_EQ(get.pos(), centred ? CentreFor(get) : last);
-      EXPECT_EQ(get.lblPrompt->text(), "Hit points?");
-      EXPECT_EQ(get.txtGet->selectedText(), "15");  // typing replaces the default
-      EXPECT_EQ(Pointer(), Qt::ArrowCursor);
+      // The default is selected: typing replaces it.
+      EXPECT_EQ(std::tuple(get.pos(), get.lblPrompt->text(), get.txtGet->selectedText(), Pointer()),
+                std::tuple(centred ? CentreFor(get) : last, "Hit points?", "15", Qt::ArrowCursor));
       get.move(c.leftAt);
       QTest::keyClicks(get.txtGet, c.typed);
       End(get, c.way, get.txtGet, get.cmdOkay, nullptr);
