@@ -64,7 +64,7 @@ TEST_F(WindowTest, DefineDieTypesShowsWhatItStores) {
     EXPECT_EQ(list->Entries(), (Entries{"dfate = -1 to 1", "dX = 2 to 4", "dy = 2,4"}));
     QTest::mouseClick(dialog.btnOkay, Qt::LeftButton);
   }
-  EXPECT_NE(ReadFile("gandrel.def").find("define dX = 2 to 4\r\n"), std::string::npos);
+  EXPECT_NE(folder.Read("gandrel.def").find("define dX = 2 to 4\r\n"), std::string::npos);
 }
 
 // A refused entry is DefineDieTypesShowsWhatItStores'.

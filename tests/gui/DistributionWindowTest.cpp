@@ -91,11 +91,11 @@ TEST_F(DistributionWindowTest, TwoDieValuesComparedOnOneChart) {
 
   // The exports: the chart as drawn, and both die values' outcomes a line
   // each after the header (what a line holds is the calculator's).
-  QString png = folder.filePath("chart.png"), csv = folder.filePath("chart.csv");
+  QString png = PathOf("chart.png"), csv = PathOf("chart.csv");
   ASSERT_TRUE(d.ExportPng(png));
   EXPECT_EQ(QImage(png).size(), d.chart->size() * d.chart->devicePixelRatio());
   ASSERT_TRUE(d.ExportCsv(csv));
-  std::string text = ReadFile("chart.csv");
+  std::string text = folder.Read("chart.csv");
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 20 + 20);
   // A file where the folder should be: the user is told.
   QString bad = csv + "/y.csv";

@@ -67,7 +67,7 @@ void PickWithKeys(QComboBox* box, const QString& text) {
 
 TEST_F(WindowTest, PickingAnEntryNeverRolls) {
   QString script = WriteFile("combat.DIE", "a = 1\r\nresult = a\r\n\r\n");
-  WriteFile("gandrel.def", ("2d8\r\n" + script + "\r\n").toUtf8());
+  WriteFile("gandrel.def", ("2d8\r\n" + script + "\r\n").toStdString());
   frmMain& w = StartWindow();
   ASSERT_EQ(w.comboDieValue->currentText(), "2d8");  // the first entry, rolled
   std::string clipboard = Clipboard();
