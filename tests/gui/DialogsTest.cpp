@@ -28,9 +28,9 @@ TEST_F(WindowTest, PreferencesOkaySavesAndCancelDoesNot) {
     dialog.txtDieType->setText(c.dieType);
     Type(dialog.lstAlwaysAdd, "4d6");
     QTest::mouseClick(c.okay ? dialog.btnOkay : dialog.btnCancel, Qt::LeftButton);
-    EXPECT_EQ(engineSettings.DieType, c.saved ? "8" : "6");
-    EXPECT_EQ(AlwaysAddItems.size(), c.saved ? 2u : 1u);  // counted from 1
-    EXPECT_EQ(FileExists("gandrel.ini"), c.saved);
+    // The always-add items are counted from 1.
+    EXPECT_EQ(std::tuple(engineSettings.DieType, AlwaysAddItems.size(), FileExists("gandrel.ini")),
+              std::tuple(c.saved ? "8" : "6", c.saved ? 2u : 1u, c.saved));
   }
   EXPECT_EQ(ui.messages,
             (Entries{"Please give a default die, such as d6.",
@@ -64,7 +64,7 @@ TEST_F(WindowTest, DefineDieTypesShowsWhatItStores) {
     EXPECT_EQ(list->Entries(), (Entries{"dfate = -1 to 1", "dX = 2 to 4", "dy = 2,4"}));
     QTest::mouseClick(dialog.btnOkay, Qt::LeftButton);
   }
-  EXPECT_NE(ReadFile("gandrel.def").find("define dX = 2 to 4\r\n"), std::string::npos);
+  EXPECT_NE(folder.Read("gandrel.def").find("define dX = 2 to 4\r\n"), std::string::npos);
 }
 
 // A refused entry is DefineDieTypesShowsWhatItStores'.

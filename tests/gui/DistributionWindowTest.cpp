@@ -36,10 +36,9 @@ TEST_F(DistributionWindowTest, F9AndTheButtonOpenOneWindowForTheDieValue) {
   QTest::keyClick(&w, Qt::Key_F9);
   frmDistribution* d = frmDistribution::Current();
   ASSERT_NE(d, nullptr);
-  EXPECT_TRUE(d->isVisible());
-  EXPECT_EQ(Summary("mean"), "10.5");
-  ASSERT_EQ(d->chart->AllSeries().size(), 1u);
-  EXPECT_EQ(d->lblStatus->text(), "3d6: exact.");
+  EXPECT_EQ(std::tuple(d->isVisible(), Summary("mean"), d->chart->AllSeries().size(),
+                       d->lblStatus->text()),
+            std::tuple(true, "10.5", 1u, "3d6: exact."));
 
   // The button brings the same window back with the box's die value.
   w.comboDieValue->setEditText(" 2d4 ");
@@ -92,11 +91,11 @@ TEST_F(DistributionWindowTest, TwoDieValuesComparedOnOneChart) {
 
   // The exports: the chart as drawn, and both die values' outcomes a line
   // each after the header (what a line holds is the calculator's).
-  QString png = folder.filePath("chart.png"), csv = folder.filePath("chart.csv");
+  QString png = PathOf("chart.png"), csv = PathOf("chart.csv");
   ASSERT_TRUE(d.ExportPng(png));
   EXPECT_EQ(QImage(png).size(), d.chart->size() * d.chart->devicePixelRatio());
   ASSERT_TRUE(d.ExportCsv(csv));
-  std::string text = ReadFile("chart.csv");
+  std::string text = folder.Read("chart.csv");
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 20 + 20);
   // A file where the folder should be: the user is told.
   QString bad = csv + "/y.csv";
@@ -127,12 +126,10 @@ TEST_F(DistributionWindowTest, ScriptsAreEstimatedAndTheEstimateCanBeCancelled) 
     QTest::mouseClick(d.btnCancel, Qt::LeftButton);
   });
   Calculated("<current script>");
-  EXPECT_TRUE(checked);
-  EXPECT_FALSE(d.Calculating());
-  EXPECT_TRUE(w.isEnabled());
+  EXPECT_EQ(std::tuple(checked, d.Calculating(), w.isEnabled(), runFlags.ScriptRunning),
+            std::tuple(true, false, true, false));
   EXPECT_LT(std::stol(Summary("rolls")), 100000000);
   EXPECT_TRUE(d.lblStatus->text().endsWith("Cancelled.")) << d.lblStatus->text().toStdString();
-  EXPECT_FALSE(runFlags.ScriptRunning);
 
   // Escape cancels too; closing the window during a calculation closes it
   // once the calculation has stopped.
@@ -143,9 +140,8 @@ TEST_F(DistributionWindowTest, ScriptsAreEstimatedAndTheEstimateCanBeCancelled) 
   QTimer::singleShot(100, [&] { d.close(); });
   Calculated("<current script>");
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  EXPECT_TRUE(closed.isNull());
-  EXPECT_EQ(frmDistribution::Current(), nullptr);
-  EXPECT_TRUE(w.isEnabled());
+  EXPECT_EQ(std::tuple(closed.isNull(), frmDistribution::Current(), w.isEnabled()),
+            std::tuple(true, nullptr, true));
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ void PickWithKeys(QComboBox* box, const QString& text) {
 
 TEST_F(WindowTest, PickingAnEntryNeverRolls) {
   QString script = WriteFile("combat.DIE", "a = 1\r\nresult = a\r\n\r\n");
-  WriteFile("gandrel.def", ("2d8\r\n" + script + "\r\n").toUtf8());
+  WriteFile("gandrel.def", ("2d8\r\n" + script + "\r\n").toStdString());
   frmMain& w = StartWindow();
   ASSERT_EQ(w.comboDieValue->currentText(), "2d8");  // the first entry, rolled
   std::string clipboard = Clipboard();
@@ -114,9 +114,9 @@ TEST_F(WindowTest, OneRollAtATimeStoppedByEscape) {
     EXPECT_TRUE(runFlags.BreakRequested);
   });
   w.btnRoll->click();
-  EXPECT_EQ(Text(w.lblResult), "<break>");  // only the check above could break it
-  EXPECT_TRUE(w.btnPrefs->isEnabled());
-  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  // Only the check above could break it.
+  EXPECT_EQ(std::tuple(Text(w.lblResult), w.btnPrefs->isEnabled(), QApplication::overrideCursor()),
+            std::tuple("<break>", true, nullptr));
 }
 
 // Closing saves what the window shows and holds, and keeps the editor (its
@@ -135,17 +135,17 @@ TEST_F(WindowTest, WhatTheWindowShowsSurvivesARestart) {
   w.close();  // which saves
   ResetSettings();
   frmMain& again = StartWindow();
-  EXPECT_EQ(again.comboDieValue->currentText(), "2d8");  // the first entry, rolled
-  EXPECT_TRUE(again.chkResults->isChecked());
-  EXPECT_TRUE(again.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+  // The first entry is rolled; the editor's text is kept, with its undo history cleared.
+  EXPECT_EQ(std::tuple(again.comboDieValue->currentText(), again.chkResults->isChecked(),
+                       again.windowFlags().testFlag(Qt::WindowStaysOnTopHint),
+                       Text(again.txtScript), again.lblScript->palette().color(QPalette::Window),
+                       again.txtScript->document()->isUndoAvailable()),
+            std::tuple("2d8", true, true, "result = 3d6  \n", QColor(224, 224, 224), false));
   // A missing family falls back; the setting keeps its name.
   QFont font = again.txtEachResult->font();
   EXPECT_EQ(std::tuple(font.family(), font.pointSizeF(), font.bold()),
             std::tuple(QApplication::font().family(), 15.5, true));
   EXPECT_EQ(settings.Fonts[kResultsFont].Name, "No Such Font Family");
-  EXPECT_EQ(Text(again.txtScript), "result = 3d6  \n");
-  EXPECT_EQ(again.lblScript->palette().color(QPalette::Window), QColor(224, 224, 224));
-  EXPECT_FALSE(again.txtScript->document()->isUndoAvailable());
 }
 
 // Three million dice give one line of six million characters: the box shows

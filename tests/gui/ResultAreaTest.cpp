@@ -16,12 +16,10 @@ TEST_F(WindowTest, HintsAndMarkersUnderTheResult) {
             "\"k3\" was ignored: it is not a die, a number or an operator.\n"
             "To keep the best 3 of 4d1, write @best(3,4d1).");
   TypeAndEnter("=@foo(<b>)");
-  EXPECT_EQ(Text(w.lblResult), "<script error>");
-  EXPECT_FALSE(w.lblHints->isVisibleTo(&w));
-  EXPECT_EQ(w.lblResult->textFormat(), Qt::PlainText);
-  EXPECT_EQ(w.lblScript->textFormat(), Qt::PlainText);
-  EXPECT_EQ(Text(w.txtEachResult), "Error: function not found in line:\nresult=@foo(<b>)");
-  EXPECT_TRUE(ui.messages.empty());
+  EXPECT_EQ(std::tuple(Text(w.lblResult), w.lblHints->isVisibleTo(&w), w.lblResult->textFormat(),
+                       w.lblScript->textFormat(), Text(w.txtEachResult), ui.messages.size()),
+            std::tuple("<script error>", false, Qt::PlainText, Qt::PlainText,
+                       "Error: function not found in line:\nresult=@foo(<b>)", 0u));
 }
 
 // The total is drawn as large as the label's width allows, down to the

@@ -129,16 +129,16 @@ TEST_F(WindowTest, FindGoesRoundTheEnd) {
 TEST_F(WindowTest, TheEditorIsMonospacedUntilAFontIsChosen) {
   frmMain& w = StartWindow();
   QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  EXPECT_EQ(w.txtScript->font().family(), fixed.family());
-  EXPECT_TRUE(QFontInfo(w.txtScript->font()).fixedPitch());
+  EXPECT_EQ(std::tuple(w.txtScript->font().family(), QFontInfo(w.txtScript->font()).fixedPitch()),
+            std::tuple(fixed.family(), true));
   EXPECT_EQ(
       DescribeFont(settings.Fonts[kScriptFont], kScriptFont).toStdString(),
       "MS Sans Serif (shown as " + QFontInfo(fixed).family().toStdString() + "), 8.25 pt, bold");
   settings.Fonts[kScriptFont] =
       FontSetting{QApplication::font().family().toStdString(), 13, false, true};
   w.ApplySettings();
-  EXPECT_EQ(w.txtScript->font().family(), QApplication::font().family());
-  EXPECT_TRUE(w.txtScript->font().italic());
+  EXPECT_EQ(std::tuple(w.txtScript->font().family(), w.txtScript->font().italic()),
+            std::tuple(QApplication::font().family(), true));
   // The other windows' fonts fall back to the system's default family.
   EXPECT_EQ(ShownFont(kOutputFont, FontSetting{}).family(), QApplication::font().family());
 }
@@ -149,13 +149,13 @@ TEST_F(WindowTest, HelpShowsTheGuideToScripts) {
   w.btnHelp->click();
   auto* help = w.findChild<frmHelp*>();
   ASSERT_NE(help, nullptr);
-  EXPECT_TRUE(help->isVisible());
-  EXPECT_TRUE(help->txtGuide->toPlainText().startsWith("Writing scripts"));
+  EXPECT_EQ(
+      std::tuple(help->isVisible(), help->txtGuide->toPlainText().startsWith("Writing scripts")),
+      std::tuple(true, true));
   // F1 shows the same window again.
   help->close();
   QTest::keyClick(w.comboDieValue, Qt::Key_F1);
-  EXPECT_TRUE(help->isVisible());
-  EXPECT_EQ(w.findChildren<frmHelp*>().size(), 1);
+  EXPECT_EQ(std::tuple(help->isVisible(), w.findChildren<frmHelp*>().size()), std::tuple(true, 1));
 }
 
 }  // namespace

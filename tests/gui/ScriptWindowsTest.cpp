@@ -75,10 +75,9 @@ TEST_F(WindowTest, GetStoresTheLeadingNumberOnOkayOnlyAndKeepsItsPlace) {
     SCOPED_TRACE(c.typed);
     runFlags.InputValue = 7;
     WhenUp<frmGet>([&](frmGet& get) {
-      EXPECT_EQ(get.pos(), centred ? CentreFor(get) : last);
-      EXPECT_EQ(get.lblPrompt->text(), "Hit points?");
-      EXPECT_EQ(get.txtGet->selectedText(), "15");  // typing replaces the default
-      EXPECT_EQ(Pointer(), Qt::ArrowCursor);
+      // The default is selected: typing replaces it.
+      EXPECT_EQ(std::tuple(get.pos(), get.lblPrompt->text(), get.txtGet->selectedText(), Pointer()),
+                std::tuple(centred ? CentreFor(get) : last, "Hit points?", "15", Qt::ArrowCursor));
       get.move(c.leftAt);
       QTest::keyClicks(get.txtGet, c.typed);
       End(get, c.way, get.txtGet, get.cmdOkay, nullptr);
@@ -305,10 +304,10 @@ TEST_F(WindowTest, DisplayShowsResultAndLogOnly) {
   frmMain& w = StartWindow();
   QGuiApplication::clipboard()->setText("before");
   scriptWindows.Display("17", "3d6= +6+5+6= 17\r\nCalc: 17=17\r\n");
-  EXPECT_EQ(w.lblResult->text(), "17");
-  EXPECT_EQ(w.txtEachResult->toPlainText(), "3d6= +6+5+6= 17\nCalc: 17=17\n");
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");
-  EXPECT_EQ(w.comboDieValue->count(), 1);  // the first roll alone
+  // The list holds the first roll alone.
+  EXPECT_EQ(std::tuple(Text(w.lblResult), Text(w.txtEachResult),
+                       QGuiApplication::clipboard()->text(), w.comboDieValue->count()),
+            std::tuple("17", "3d6= +6+5+6= 17\nCalc: 17=17\n", "before", 1));
 }
 
 // While a script runs, its pumps may reach every handler of the main window:
@@ -333,11 +332,10 @@ TEST_F(WindowTest, WhileAScriptRunsTheMainWindowStartsNothing) {
   QTest::mouseClick(w.txtScript->viewport(), Qt::LeftButton);
   runFlags.ScriptRunning = false;
 
-  EXPECT_EQ(w.lblResult->text().toStdString(), result);
-  EXPECT_EQ(w.comboDieValue->count(), entries);
-  EXPECT_EQ(w.comboDieValue->currentText(), script);  // not "<current script>"
-  EXPECT_EQ(w.txtScript->toPlainText(), "var x");
-  EXPECT_TRUE(ui.messages.empty());
+  // The die value stays the script, not "<current script>".
+  EXPECT_EQ(std::tuple(Text(w.lblResult), w.comboDieValue->count(), w.comboDieValue->currentText(),
+                       Text(w.txtScript), ui.messages.size()),
+            std::tuple(result, entries, script, "var x", 0u));
 }
 
 // ---- Scripts run in the window ----------------------------------------------
@@ -387,10 +385,11 @@ TEST_F(WindowTest, EscapeUnderBreakOffAsks) {
     RollScript(w,
                "breakoff\nvar kk\nvar total\nopen window w\nfor kk = 1 to 1000000\n"
                "total = total + 1\nnext\nresult = total\n");
-    EXPECT_EQ(w.lblResult->text(), c.result);
-    EXPECT_EQ(ui.messages,
-              std::vector<std::string>{"The script has switched breaking off. Stop it anyway?"});
-    EXPECT_EQ(ui.lastButtons, MsgButtons::YesNo);
+    EXPECT_EQ(std::tuple(Text(w.lblResult), ui.messages, ui.lastButtons),
+              std::tuple(
+                  c.result,
+                  std::vector<std::string>{"The script has switched breaking off. Stop it anyway?"},
+                  MsgButtons::YesNo));
   }
 }
 
@@ -402,14 +401,12 @@ TEST_F(WindowTest, ClosingTheMainWindowDuringAPausedScript) {
        [&] {
          EXPECT_EQ(Shown<frmOutput>().size(), 2u);
          w.close();
-         EXPECT_TRUE(w.isVisible());
-         EXPECT_TRUE(Shown<frmPause>().empty());
-         EXPECT_TRUE(Shown<frmOutput>().empty());
+         EXPECT_EQ(std::tuple(w.isVisible(), Shown<frmPause>().size(), Shown<frmOutput>().size()),
+                   std::tuple(true, 0u, 0u));
        });
   RollScript(w, "breakoff\nopen window a\nopen window b\npause\nresult = 1\n");
-  EXPECT_EQ(w.lblResult->text(), "<break>");
-  EXPECT_FALSE(w.isVisible());
-  EXPECT_TRUE(FileExists("gandrel.ini"));
+  EXPECT_EQ(std::tuple(Text(w.lblResult), w.isVisible(), FileExists("gandrel.ini")),
+            std::tuple("<break>", false, true));
 }
 
 }  // namespace

@@ -23,6 +23,7 @@
 #include "calc/RunFlags.h"
 #include "dice/modDiceCalc.h"
 #include "script/EngineState.h"
+#include "support/TempFolder.h"
 
 namespace gandrel::testing {
 
@@ -66,8 +67,7 @@ inline void Settle() {
 class WindowTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(folder.isValid());
-    SetAppDirectory(folder.path().toStdString());
+    SetAppDirectory(folder.path());
     ResetEngineState();
     ResetSettings();
     scriptDialogPlaces = ScriptDialogPlaces{};
@@ -102,20 +102,14 @@ class WindowTest : public ::testing::Test {
     QTest::keyClick(window->comboDieValue, Qt::Key_Return);
   }
 
-  bool FileExists(const char* name) const { return QFile::exists(folder.filePath(name)); }
-  // Writes a file of that name in the test's folder; its path.
-  QString WriteFile(const char* name, const QByteArray& content) const {
-    QFile file(folder.filePath(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
-    return file.fileName();
-  }
-  std::string ReadFile(const char* name) const {
-    QFile file(folder.filePath(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "";
+  // The path of the file of that name in the test's folder.
+  QString PathOf(const char* name) const { return QString::fromStdString(folder.Path(name)); }
+  bool FileExists(const char* name) const { return QFile::exists(PathOf(name)); }
+  QString WriteFile(const char* name, const std::string& content) const {
+    return QString::fromStdString(folder.Write(name, content));
   }
 
-  QTemporaryDir folder;
+  TempFolder folder;
   RecordingQtUI ui;
   QtScriptWindows scriptWindows;
   std::unique_ptr<frmMain> window;
